@@ -1,0 +1,118 @@
+#pragma once
+
+#include "app/AppPersistence.h"
+#include "app/Services.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QPointer>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tarnwick {
+
+// The one object through which every user action enters the program's logic. It lives on the
+// main thread; every change of its observable state emits the matching *Changed() signal there.
+class AppModel : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr std::chrono::seconds scanDuration{3};
+    static constexpr int maximumRecentFiles = 8;
+    static constexpr qint64 duplicateWindowSeconds = 86'400;
+    static inline const QString remoteFolder = QStringLiteral("/sd/gcodes/");
+
+    using Clock = std::function<QDateTime()>;
+
+    // Restores the selected machine and the recent files that still exist; starts nothing.
+    AppModel(std::unique_ptr<MachineDiscovering> discoverer,
+             std::unique_ptr<MachineConnecting> connector, UploaderFactory makeUploader,
+             std::unique_ptr<AppPersistence> persistence, QObject* parent = nullptr);
+    ~AppModel() override;
+
+    // Observable state.
+    const QList<Machine>& machines() const { return m_machines; }
+    const std::optional<Machine>& selectedMachine() const { return m_selectedMachine; }
+    const std::optional<JobFile>& selectedFile() const { return m_selectedFile; }
+    const QList<JobFile>& recentFiles() const { return m_recentFiles; }
+    const std::optional<TransferProgress>& progress() const { return m_progress; }
+    bool isDiscovering() const { return m_isDiscovering; }
+    bool isCheckingConnection() const { return m_isCheckingConnection; }
+    bool isUploading() const { return m_isUploading; }
+    const std::optional<QString>& errorMessage() const { return m_errorMessage; }
+    bool showConfirmation() const { return m_showConfirmation; }
+
+    // The views write these two directly: a file's validation message or the alert's dismissal,
+    // and the sheet's dismissal.
+    void setErrorMessage(const std::optional<QString>& message);
+    void setShowConfirmation(bool show);
+
+    // Workflows.
+    void discover();
+    void selectMachine(const std::optional<Machine>& machine);
+    // Fails with DiscoveryPacketError::InvalidAddress and changes nothing when the address is
+    // not canonical dotted decimal or the port is 0.
+    std::optional<Error> addManualMachine(const QString& ipAddress, quint16 port);
+    void chooseFile(const JobFile& file);
+    void prepareUpload();
+    bool isRecentDuplicate() const;
+    std::optional<QString> remotePath() const;
+    void upload(bool duplicateConfirmed);
+    void cancelUpload();
+
+    AppPersistence& persistence() { return *m_persistence; }
+    // The time that upload records and the duplicate window are measured with.
+    void setClock(Clock clock) { m_now = std::move(clock); }
+
+Q_SIGNALS:
+    void machinesChanged();
+    void selectedMachineChanged();
+    void selectedFileChanged();
+    void recentFilesChanged();
+    void progressChanged();
+    void isDiscoveringChanged();
+    void isCheckingConnectionChanged();
+    void isUploadingChanged();
+    void errorMessageChanged();
+    void showConfirmationChanged();
+
+private:
+    void checkConnection();
+    void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
+    void mergeDiscovered(const Machine& machine);
+    void finishUpload(const Machine& machine, const JobFile& file);
+    void failUpload(const Error& error, const JobFile& file);
+    void endUpload();
+
+    void setMachines(QList<Machine> machines);
+    void setSelectedMachine(const std::optional<Machine>& machine);
+    void setProgress(const std::optional<TransferProgress>& progress);
+    void setDiscovering(bool discovering);
+    void setCheckingConnection(bool checking);
+    void setUploading(bool uploading);
+
+    std::unique_ptr<MachineDiscovering> m_discoverer;
+    std::unique_ptr<MachineConnecting> m_connector;
+    UploaderFactory m_makeUploader;
+    std::unique_ptr<AppPersistence> m_persistence;
+    Clock m_now;
+
+    QList<Machine> m_machines;
+    std::optional<Machine> m_selectedMachine;
+    std::optional<JobFile> m_selectedFile;
+    QList<JobFile> m_recentFiles;
+    std::optional<TransferProgress> m_progress;
+    bool m_isDiscovering = false;
+    bool m_isCheckingConnection = false;
+    bool m_isUploading = false;
+    std::optional<QString> m_errorMessage;
+    bool m_showConfirmation = false;
+
+    QPointer<MachineScan> m_scan;
+    QPointer<FileUploading> m_uploader;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "app/Errors.h"
+#include "app/JobFile.h"
+#include "app/Machine.h"
+#include "app/TransferProgress.h"
+
+#include <QObject>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace tarnwick {
+
+// One running piece of asynchronous work. It may emit values (declared by subclasses) and then
+// emits exactly one of finished() or failed(). It never emits from inside the call that started
+// it, so whoever starts it can connect first. Deleting it ends it silently: no further signal.
+class Operation : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // Ends the operation soon with a cancellation failure; does nothing once it has ended.
+    virtual void cancel() = 0;
+
+Q_SIGNALS:
+    void finished();
+    void failed(const tarnwick::Error& error);
+};
+
+// A scan of the local network: each machine once, as soon as it is heard; finished() when the
+// listening time is over.
+class MachineScan : public Operation {
+    Q_OBJECT
+
+public:
+    using Operation::Operation;
+
+Q_SIGNALS:
+    void machineFound(const tarnwick::Machine& machine);
+};
+
+// A reachability check: finished() when the machine accepted a TCP connection.
+class ConnectionCheck : public Operation {
+    Q_OBJECT
+
+public:
+    using Operation::Operation;
+};
+
+class MachineDiscovering {
+public:
+    virtual ~MachineDiscovering() = default;
+    virtual MachineScan* discover(std::chrono::milliseconds duration, QObject* parent) = 0;
+};
+
+class MachineConnecting {
+public:
+    virtual ~MachineConnecting() = default;
+    virtual ConnectionCheck* checkConnection(const Machine& machine, QObject* parent) = 0;
+};
+
+// Carries one file to one machine. upload() returns at once; the object then emits progress()
+// values (one preparing, any number of uploading, one completed) and ends with finished(), or
+// ends with failed() after any of them. cancel() ends it soon with UploadError::cancelled().
+// One object serves one upload.
+class FileUploading : public Operation {
+    Q_OBJECT
+
+public:
+    using Operation::Operation;
+
+    virtual void upload(const JobFile& file, const Machine& machine) = 0;
+
+Q_SIGNALS:
+    void progress(const tarnwick::TransferProgress& progress);
+};
+
+using UploaderFactory = std::function<std::unique_ptr<FileUploading>()>;
+
+} // namespace tarnwick

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/Services.h"
+
+#include <QList>
+#include <QPointer>
+
+namespace tarnwick::testing {
+
+// Service fakes that the test drives by hand: each operation stays pending until the test makes
+// it emit, so every ordering of outcomes can be produced.
+
+class FakeScan : public MachineScan {
+    Q_OBJECT
+
+public:
+    using MachineScan::MachineScan;
+    void cancel() override { Q_EMIT failed(CancellationError{}); }
+};
+
+class FakeDiscoverer : public MachineDiscovering {
+public:
+    MachineScan* discover(std::chrono::milliseconds duration, QObject* parent) override;
+
+    QList<QPointer<FakeScan>> scans;
+    QList<std::chrono::milliseconds> durations;
+};
+
+class FakeCheck : public ConnectionCheck {
+    Q_OBJECT
+
+public:
+    FakeCheck(Machine target, QObject* parent)
+        : ConnectionCheck(parent)
+        , machine(std::move(target)) {}
+    void cancel() override { Q_EMIT failed(CancellationError{}); }
+
+    const Machine machine;
+};
+
+class FakeConnector : public MachineConnecting {
+public:
+    ConnectionCheck* checkConnection(const Machine& machine, QObject* parent) override;
+
+    QList<QPointer<FakeCheck>> checks;
+};
+
+class FakeUploader : public FileUploading {
+    Q_OBJECT
+
+public:
+    using FileUploading::FileUploading;
+    ~FakeUploader() override;
+
+    void upload(const JobFile& file, const Machine& machine) override;
+    void cancel() override { ++cancelCalls; }
+
+    std::optional<JobFile> file;
+    std::optional<Machine> machine;
+    int cancelCalls = 0;
+    // Counts uploaders destroyed, so that tests see that the model lets go of them.
+    static inline int destroyed = 0;
+};
+
+// A factory that hands out FakeUploaders and keeps a pointer to each.
+struct FakeUploaderFactory {
+    UploaderFactory factory();
+    FakeUploader* last() const { return made.isEmpty() ? nullptr : made.last().data(); }
+
+    QList<QPointer<FakeUploader>> made;
+};
+
+} // namespace tarnwick::testing

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <memory>
+
+namespace tarnwick::testing {
+
+// A settings store in a temporary folder, never the user's own.
+inline std::unique_ptr<QSettings> temporaryStore(const QTemporaryDir& dir,
+                                                 const QString& name = QStringLiteral("store")) {
+    return std::make_unique<QSettings>(dir.filePath(name + QStringLiteral(".ini")),
+                                       QSettings::IniFormat);
+}
+
+inline QUrl writeFile(const QTemporaryDir& dir, const QString& name, const QByteArray& content) {
+    QFile file(dir.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write test file %s", qPrintable(file.fileName()));
+    return QUrl::fromLocalFile(file.fileName());
+}
+
+} // namespace tarnwick::testing
