@@ -28,18 +28,20 @@ AppModel::AppModel(std::unique_ptr<MachineDiscovering> discoverer,
 // them without a word; an uploader being deleted tells the machine that the upload stops.
 AppModel::~AppModel() = default;
 
-void AppModel::setErrorMessage(const std::optional<QString>& message) {
-    if (m_errorMessage == message)
+template <typename T>
+void AppModel::assign(T& field, T value, void (AppModel::*changed)()) {
+    if (field == value)
         return;
-    m_errorMessage = message;
-    Q_EMIT errorMessageChanged();
+    field = std::move(value);
+    Q_EMIT(this->*changed)();
+}
+
+void AppModel::setErrorMessage(const std::optional<QString>& message) {
+    assign(m_errorMessage, message, &AppModel::errorMessageChanged);
 }
 
 void AppModel::setShowConfirmation(bool show) {
-    if (m_showConfirmation == show)
-        return;
-    m_showConfirmation = show;
-    Q_EMIT showConfirmationChanged();
+    assign(m_showConfirmation, show, &AppModel::showConfirmationChanged);
 }
 
 void AppModel::discover() {
@@ -243,45 +245,27 @@ void AppModel::cancelUpload() {
 }
 
 void AppModel::setMachines(QList<Machine> machines) {
-    if (m_machines == machines)
-        return;
-    m_machines = std::move(machines);
-    Q_EMIT machinesChanged();
+    assign(m_machines, std::move(machines), &AppModel::machinesChanged);
 }
 
 void AppModel::setSelectedMachine(const std::optional<Machine>& machine) {
-    if (m_selectedMachine == machine)
-        return;
-    m_selectedMachine = machine;
-    Q_EMIT selectedMachineChanged();
+    assign(m_selectedMachine, machine, &AppModel::selectedMachineChanged);
 }
 
 void AppModel::setProgress(const std::optional<TransferProgress>& progress) {
-    if (m_progress == progress)
-        return;
-    m_progress = progress;
-    Q_EMIT progressChanged();
+    assign(m_progress, progress, &AppModel::progressChanged);
 }
 
 void AppModel::setDiscovering(bool discovering) {
-    if (m_isDiscovering == discovering)
-        return;
-    m_isDiscovering = discovering;
-    Q_EMIT isDiscoveringChanged();
+    assign(m_isDiscovering, discovering, &AppModel::isDiscoveringChanged);
 }
 
 void AppModel::setCheckingConnection(bool checking) {
-    if (m_isCheckingConnection == checking)
-        return;
-    m_isCheckingConnection = checking;
-    Q_EMIT isCheckingConnectionChanged();
+    assign(m_isCheckingConnection, checking, &AppModel::isCheckingConnectionChanged);
 }
 
 void AppModel::setUploading(bool uploading) {
-    if (m_isUploading == uploading)
-        return;
-    m_isUploading = uploading;
-    Q_EMIT isUploadingChanged();
+    assign(m_isUploading, uploading, &AppModel::isUploadingChanged);
 }
 
 } // namespace tarnwick

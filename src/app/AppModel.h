@@ -87,6 +87,8 @@ private:
     void failUpload(const Error& error, const JobFile& file);
     void endUpload();
 
+    template <typename T>
+    void assign(T& field, T value, void (AppModel::*changed)());
     void setMachines(QList<Machine> machines);
     void setSelectedMachine(const std::optional<Machine>& machine);
     void setProgress(const std::optional<TransferProgress>& progress);

@@ -1,22 +1,21 @@
 #include "app/Machine.h"
 
 #include "app/JsonFields.h"
+#include "app/RawValues.h"
 
 #include <QHashFunctions>
-
-#include <array>
 
 namespace tarnwick {
 
 namespace {
 
-constexpr std::array statusRawValues{
+constexpr RawValueTable<Machine::ConnectionStatus, 5> statusRawValues{{
     std::pair{Machine::ConnectionStatus::Discovered, "discovered"},
     std::pair{Machine::ConnectionStatus::Connecting, "connecting"},
     std::pair{Machine::ConnectionStatus::Connected, "connected"},
     std::pair{Machine::ConnectionStatus::Busy, "busy"},
     std::pair{Machine::ConnectionStatus::Unavailable, "unavailable"},
-};
+}};
 
 } // namespace
 
@@ -58,20 +57,11 @@ std::optional<Machine> Machine::fromJson(const QJsonValue& value) {
 }
 
 QString rawValue(Machine::ConnectionStatus status) {
-    for (const auto& [value, text] : statusRawValues) {
-        if (value == status)
-            return QLatin1String(text);
-    }
-    Q_UNREACHABLE();
-    return {};
+    return rawValueIn(statusRawValues, status);
 }
 
 std::optional<Machine::ConnectionStatus> connectionStatusFromRawValue(const QString& text) {
-    for (const auto& [value, raw] : statusRawValues) {
-        if (text == QLatin1String(raw))
-            return value;
-    }
-    return std::nullopt;
+    return valueForRawValueIn(statusRawValues, text);
 }
 
 size_t qHash(const Machine& machine, size_t seed) {

@@ -1,18 +1,19 @@
 #include "app/TransferProgress.h"
 
+#include "app/RawValues.h"
+
 #include <algorithm>
-#include <array>
 
 namespace tarnwick {
 
 namespace {
 
-constexpr std::array phaseRawValues{
+constexpr RawValueTable<TransferProgress::Phase, 4> phaseRawValues{{
     std::pair{TransferProgress::Phase::Preparing, "preparing"},
     std::pair{TransferProgress::Phase::Uploading, "uploading"},
     std::pair{TransferProgress::Phase::Completed, "completed"},
     std::pair{TransferProgress::Phase::Cancelled, "cancelled"},
-};
+}};
 
 } // namespace
 
@@ -23,20 +24,11 @@ double TransferProgress::fraction() const {
 }
 
 QString rawValue(TransferProgress::Phase phase) {
-    for (const auto& [value, text] : phaseRawValues) {
-        if (value == phase)
-            return QLatin1String(text);
-    }
-    Q_UNREACHABLE();
-    return {};
+    return rawValueIn(phaseRawValues, phase);
 }
 
 std::optional<TransferProgress::Phase> phaseFromRawValue(const QString& text) {
-    for (const auto& [value, raw] : phaseRawValues) {
-        if (text == QLatin1String(raw))
-            return value;
-    }
-    return std::nullopt;
+    return valueForRawValueIn(phaseRawValues, text);
 }
 
 } // namespace tarnwick
