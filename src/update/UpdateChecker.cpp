@@ -90,6 +90,7 @@ void UpdateChecker::check(bool reportEveryOutcome) {
     if (m_checking)
         return;
     m_checking = true;
+    m_feedTooLarge = false;
     Q_EMIT isCheckingChanged(true);
 
     QNetworkRequest request(feedURL(m_feed, installID(), m_currentVersion));
@@ -98,6 +99,12 @@ void UpdateChecker::check(bool reportEveryOutcome) {
     request.setTransferTimeout(requestTimeoutMilliseconds);
     m_reply = m_network->get(request);
     QNetworkReply* reply = m_reply;
+    connect(reply, &QNetworkReply::downloadProgress, this, [this, reply](qint64 received) {
+        if (received > maximumFeedSize) {
+            m_feedTooLarge = true;
+            reply->abort();
+        }
+    });
     connect(reply, &QNetworkReply::finished, this,
             [this, reply, reportEveryOutcome] { finish(reply, reportEveryOutcome); });
 }
@@ -109,10 +116,10 @@ void UpdateChecker::finish(QNetworkReply* reply, bool reportEveryOutcome) {
     // Qt reports an HTTP status other than 2xx as an error too; only a reply without any status
     // is a failure of the transport itself.
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    const bool transportFailed =
-        reply->error() != QNetworkReply::NoError && (!status.isValid() || status.toInt() == 200);
+    const bool transportFailed = reply->error() != QNetworkReply::NoError && !m_feedTooLarge &&
+                                 (!status.isValid() || status.toInt() == 200);
     std::optional<UpdateFeed> feed;
-    if (!transportFailed && status.isValid() && status.toInt() == 200)
+    if (!transportFailed && !m_feedTooLarge && status.isValid() && status.toInt() == 200)
         feed = UpdateFeed::fromData(reply->readAll());
 
     if (transportFailed) {

@@ -46,6 +46,8 @@ public:
     };
 
     static constexpr int requestTimeoutMilliseconds = 60'000;
+    // A body this large is no version feed; reading stops there instead of filling memory.
+    static constexpr qint64 maximumFeedSize = 1024 * 1024;
 
     // `store` holds the install identifier and the automatic-check switch; the shared standard
     // store when none is given. `currentVersion` is the running version's text; nothing, or a
@@ -92,6 +94,7 @@ private:
     QNetworkAccessManager* m_network;
     QUrl m_feed;
     bool m_checking = false;
+    bool m_feedTooLarge = false;
     QPointer<QNetworkReply> m_reply;
     std::optional<Outcome> m_outcome;
 };

@@ -163,6 +163,9 @@ private Q_SLOTS:
             << v13 << 200 << QByteArray("<html>moved</html>") << false << nothing;
         QTest::newRow("manual, json beta")
             << v13 << 200 << QByteArray("{\"version\":\"beta\"}") << true << unreadable;
+        QTest::newRow("manual, oversized body")
+            << v13 << 200 << QByteArray(UpdateChecker::maximumFeedSize + 1, ' ') + "2.0" << true
+            << unreadable;
         QTest::newRow("manual, empty body") << v13 << 200 << QByteArray() << true << unreadable;
         QTest::newRow("manual, unknown running version")
             << std::optional<QString>() << 200 << newer << true << upToDate;
