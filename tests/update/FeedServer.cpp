@@ -73,10 +73,11 @@ void FeedServer::readFrom(QTcpSocket* socket) {
 }
 
 void FeedServer::answer(QTcpSocket* socket) {
-    QByteArray message = "HTTP/1.1 " + QByteArray::number(m_response.status) + ' ' +
-                         reasonPhrase(m_response.status) + "\r\nContent-Type: text/plain" +
-                         "\r\nContent-Length: " + QByteArray::number(m_response.body.size()) +
-                         "\r\nConnection: close\r\n";
+    QByteArray message =
+        "HTTP/1.1 " + QByteArray::number(m_response.status) + ' ' +
+        reasonPhrase(m_response.status) + "\r\nContent-Type: text/plain" + "\r\nContent-Length: " +
+        QByteArray::number(m_response.announcedLength.value_or(m_response.body.size())) +
+        "\r\nConnection: close\r\n";
     for (const QByteArray& line : m_response.extraHeaderLines)
         message += line + "\r\n";
     message += "\r\n";

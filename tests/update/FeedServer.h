@@ -8,6 +8,8 @@
 #include <QTcpServer>
 #include <QUrl>
 
+#include <optional>
+
 class QTcpSocket;
 
 namespace tarnwick::testing {
@@ -22,6 +24,8 @@ public:
         int status = 200;
         QByteArray body;
         QList<QByteArray> extraHeaderLines;
+        // The Content-Length announced, when it should differ from the body's size.
+        std::optional<qsizetype> announcedLength;
     };
 
     explicit FeedServer(QObject* parent = nullptr);
@@ -29,7 +33,9 @@ public:
     QUrl url(const QString& path = QStringLiteral("/quorle/version.json")) const;
 
     void respond(Response response) { m_response = std::move(response); }
-    void respond(int status, const QByteArray& body) { m_response = {status, body, {}}; }
+    void respond(int status, const QByteArray& body) {
+        m_response = {status, body, {}, std::nullopt};
+    }
 
     // While held, requests are recorded but not answered until release().
     void hold() { m_holding = true; }

@@ -221,6 +221,18 @@ private Q_SLOTS:
                  QStringLiteral("Update Check Failed: Connection refused"));
     }
 
+    void aBodyCutShortIsATransportFailure() {
+        FeedServer server;
+        server.respond({200, "2.0", {}, 100});
+        auto updateChecker = checker(QStringLiteral("1.3"), server.url());
+
+        QVERIFY(runsToTheEnd(*updateChecker, false));
+        QCOMPARE(describe(updateChecker->outcome()), QStringLiteral("nothing"));
+        QVERIFY(runsToTheEnd(*updateChecker, true));
+        QCOMPARE(describe(updateChecker->outcome()),
+                 QStringLiteral("Update Check Failed: Connection closed"));
+    }
+
     void aSilentCheckLeavesTheShownOutcome() {
         FeedServer server;
         server.respond(404, "");
@@ -301,7 +313,7 @@ private Q_SLOTS:
         cache->setCacheDirectory(m_dir.filePath(QStringLiteral("http-cache")));
         cachingNetwork.setCache(cache);
         FeedServer server;
-        server.respond({200, "1.3", {"Cache-Control: public, max-age=3600"}});
+        server.respond({200, "1.3", {"Cache-Control: public, max-age=3600"}, std::nullopt});
         auto updateChecker = checker(QStringLiteral("1.3"), server.url(), &cachingNetwork);
 
         QVERIFY(runsToTheEnd(*updateChecker, true));
