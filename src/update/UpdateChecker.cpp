@@ -113,8 +113,8 @@ void UpdateChecker::finish(QNetworkReply* reply, bool reportEveryOutcome) {
     reply->deleteLater();
     m_reply = nullptr;
 
-    // Qt reports an HTTP status other than 2xx as an error too; only a reply without any status
-    // is a failure of the transport itself.
+    // Qt reports an HTTP status other than 2xx as an error too: an error is the transport's own
+    // only when no status arrived, or when the body of a 200 answer broke off.
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
     const bool transportFailed = reply->error() != QNetworkReply::NoError && !m_feedTooLarge &&
                                  (!status.isValid() || status.toInt() == 200);

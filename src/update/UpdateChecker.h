@@ -43,6 +43,7 @@ public:
     struct Outcome {
         QUuid id;
         Kind kind;
+        friend bool operator==(const Outcome&, const Outcome&) = default;
     };
 
     static constexpr int requestTimeoutMilliseconds = 60'000;
