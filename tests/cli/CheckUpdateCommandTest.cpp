@@ -1,6 +1,7 @@
 #include "BuildConfig.h"
 #include "update/FeedServer.h"
 
+#include <QFileInfo>
 #include <QProcess>
 #include <QSettings>
 #include <QTcpServer>
@@ -65,6 +66,11 @@ private:
     }
 
 private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY2(QFileInfo(cliPath()).isExecutable(),
+                 "TARNWICK_BIN_DIR must name the folder that holds tarnwick-cli");
+    }
+
     void init() {
         m_config = std::make_unique<QTemporaryDir>();
         QVERIFY(m_config->isValid());
