@@ -12,4 +12,6 @@ struct Command {
     int (*run)(const QStringList& arguments);
 };
 
+int runCheckUpdate(const QStringList& arguments);
+
 } // namespace tarnwick::cli

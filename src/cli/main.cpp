@@ -12,7 +12,9 @@ using namespace tarnwick::cli;
 
 namespace {
 
-const std::array<Command, 0> commands{};
+const std::array commands{
+    Command{"check-update", "Ask the update feed whether a newer version exists", runCheckUpdate},
+};
 
 void printUsage(QTextStream& stream) {
     stream << "Usage: tarnwick-cli COMMAND [OPTIONS]\n\n"
