@@ -11,7 +11,8 @@ namespace tarnwick {
 LANMachineScan::LANMachineScan(quint16 port, std::chrono::milliseconds duration, QObject* parent)
     : MachineScan(parent)
     , m_socket(new QUdpSocket(this))
-    , m_listeningTime(new QTimer(this)) {
+    , m_listeningTime(new QTimer(this))
+    , m_buffer(largestDatagram, Qt::Uninitialized) {
     // Shared, so that the desktop app and the command-line tool can listen at the same time.
     if (!m_socket->bind(QHostAddress::AnyIPv4, port,
                         QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint)) {
@@ -35,8 +36,6 @@ void LANMachineScan::cancel() {
 
 void LANMachineScan::readPendingDatagrams() {
     while (m_listening && m_socket->hasPendingDatagrams()) {
-        // At least one byte, so that an empty datagram is taken off the queue too.
-        m_buffer.resize(std::max<qint64>(m_socket->pendingDatagramSize(), 1));
         const qint64 size = m_socket->readDatagram(m_buffer.data(), m_buffer.size());
         if (size < 0)
             return; // errorOccurred tells why

@@ -36,7 +36,9 @@ private:
     bool m_listening = false;
     // address:port of every machine reported so far.
     QSet<QString> m_endpoints;
-    // Reused for every datagram, so a flood of announcements allocates nothing new.
+    // Holds the largest UDP payload, so no datagram is cut; reused for every datagram, so a
+    // flood of announcements needs no buffer of its own.
+    static constexpr qsizetype largestDatagram = 65536;
     QByteArray m_buffer;
 };
 
