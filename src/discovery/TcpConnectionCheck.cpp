@@ -3,6 +3,7 @@
 #include "discovery/SocketError.h"
 
 #include <QHostAddress>
+#include <QNetworkProxy>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -14,6 +15,8 @@ TcpConnectionCheck::TcpConnectionCheck(Machine machine, std::chrono::millisecond
     , m_machine(std::move(machine))
     , m_socket(new QTcpSocket(this))
     , m_timeout(new QTimer(this)) {
+    // Machines are on the local network: never through a proxy, whatever the environment says.
+    m_socket->setProxy(QNetworkProxy::NoProxy);
     connect(m_socket, &QTcpSocket::connected, this, [this] { decide(std::nullopt); });
     connect(m_socket, &QTcpSocket::errorOccurred, this, [this] { decide(socketError(*m_socket)); });
 
