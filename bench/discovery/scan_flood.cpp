@@ -1,7 +1,13 @@
 // Floods a scan with announcements on loopback and prints what it heard, how much memory it
 // took and when it ended. Every valid machine must be listed exactly once and nothing else.
 //
-//   bench_scan_flood [--datagrams N] [--machines M] [--rate PER_SECOND] [--seconds S]
+//   cmake --preset release -DTARNWICK_BUILD_BENCHMARKS=ON
+//   cmake --build --preset release --target bench_scan_flood
+//   build-release/bin/bench_scan_flood [--datagrams N] [--machines M] [--rate PER_SECOND]
+//                                      [--seconds S]
+//
+// Loopback drops datagrams when the receive buffer is full; the drops are read from the system's
+// UDP counters and printed, and a machine counts as heard if any of its announcements got through.
 
 #include "discovery/LANMachineDiscoverer.h"
 #include "discovery/MakeraDiscoveryDatagram.h"

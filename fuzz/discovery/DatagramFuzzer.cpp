@@ -1,6 +1,12 @@
 // Feeds arbitrary payloads to the announcement decoder and checks what it promises: every
 // accepted announcement names a machine that can be connected to and that encodes back to
 // itself, and text encoding is judged exactly as an independent UTF-8 round trip judges it.
+//
+//   cmake -S . -B build-fuzz -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DTARNWICK_BUILD_FUZZERS=ON \
+//         -DBUILD_TESTING=OFF
+//   cmake --build build-fuzz --target fuzz_discovery_datagram
+//   build-fuzz/bin/fuzz_discovery_datagram -max_total_time=600 \
+//         -dict=fuzz/discovery/datagram.dict fuzz/corpus-discovery fuzz/discovery/seeds
 
 #include "discovery/MakeraDiscoveryDatagram.h"
 

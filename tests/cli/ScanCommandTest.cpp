@@ -26,7 +26,7 @@ QStringList scanOutputLines(const QStringList& options, const QList<QByteArray>&
 
     Announcer first(port);
     QByteArray output;
-    for (int attempt = 0; attempt < 40 && !output.contains('\n'); ++attempt) {
+    for (int attempt = 0; attempt < 200 && !output.contains('\n'); ++attempt) {
         first.send("Probe,10.9.9.9,1,0");
         process.waitForReadyRead(50);
         output += process.readAllStandardOutput();
