@@ -12,6 +12,8 @@ struct Command {
     int (*run)(const QStringList& arguments);
 };
 
+int runScan(const QStringList& arguments);
+int runCheck(const QStringList& arguments);
 int runCheckUpdate(const QStringList& arguments);
 
 } // namespace tarnwick::cli

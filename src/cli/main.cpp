@@ -13,7 +13,9 @@ using namespace tarnwick::cli;
 namespace {
 
 const std::array commands{
-    Command{"check-update", "Ask the update feed whether a newer version exists", runCheckUpdate},
+    Command{"scan", "Lists the machines that announce themselves on the local network", runScan},
+    Command{"check", "Checks that a machine accepts a connection", runCheck},
+    Command{"check-update", "Asks the update feed whether a newer version exists", runCheckUpdate},
 };
 
 void printUsage(QTextStream& stream) {
