@@ -31,14 +31,14 @@ bool isUnknownType(const Error& error) {
 } // namespace
 
 void MakeraFrameParser::append(QByteArrayView bytes) {
-    if (m_consumed > 0) {
-        const qsizetype pending = m_bytes.size() - m_consumed;
-        if (pending <= m_consumed) {
-            if (pending > 0)
-                std::memmove(m_bytes.data(), m_bytes.constData() + m_consumed, size_t(pending));
-            m_bytes.resize(pending);
-            m_consumed = 0;
-        }
+    const qsizetype pending = m_bytes.size() - m_consumed;
+    if (pending == 0) {
+        m_bytes.resize(0);
+        m_consumed = 0;
+    } else if (m_consumed >= pending && m_bytes.size() + bytes.size() > m_bytes.capacity()) {
+        std::memmove(m_bytes.data(), m_bytes.constData() + m_consumed, size_t(pending));
+        m_bytes.resize(pending);
+        m_consumed = 0;
     }
     m_bytes.append(bytes);
 }

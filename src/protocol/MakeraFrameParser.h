@@ -40,9 +40,9 @@ private:
         m_resynchronisedBytes += count;
     }
 
-    // Consumed bytes leave the front by moving an offset; they are given back only when the move
-    // costs no more than the bytes consumed since, so every byte is copied a bounded number of
-    // times however the stream is cut.
+    // Consumed bytes leave the front by moving an offset. Their room is taken back when the
+    // buffer runs out of it and moving what is left costs no more than they did, so each byte
+    // is moved a bounded number of times however the stream is cut.
     QByteArray m_bytes;
     qsizetype m_consumed = 0;
     qint64 m_resynchronisedBytes = 0;
