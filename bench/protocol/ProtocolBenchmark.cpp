@@ -6,6 +6,12 @@
 
 #include <benchmark/benchmark.h>
 
+// Throughput of the frame paths against MD5, which every upload also computes over the file:
+//   cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DTARNWICK_BUILD_BENCHMARKS=ON
+//   cmake --build build-bench --target bench_protocol
+//   build-bench/bin/bench_protocol --benchmark_repetitions=5
+//   --benchmark_report_aggregates_only=true
+
 using namespace tarnwick;
 
 namespace {
