@@ -159,6 +159,8 @@ private Q_SLOTS:
         QTest::newRow("five pieces") << QStringLiteral("1.2.3.4.5") << 2222 << false;
         QTest::newRow("empty piece") << QStringLiteral("1..2.3.4") << 2222 << false;
         QTest::newRow("sign") << QStringLiteral("+1.2.3.4") << 2222 << false;
+        QTest::newRow("blank") << QStringLiteral("1.2.3.4 ") << 2222 << false;
+        QTest::newRow("other digits") << QStringLiteral("1.2.3.\u0664") << 2222 << false;
         QTest::newRow("empty") << QString() << 2222 << false;
         QTest::newRow("port 0") << QStringLiteral("192.168.1.5") << 0 << false;
         QTest::newRow("all zeros") << QStringLiteral("0.0.0.0") << 1 << true;

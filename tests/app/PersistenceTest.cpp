@@ -70,31 +70,25 @@ private Q_SLOTS:
     }
 
     void unreadableMachinesReadAsNone_data() {
-        QTest::addColumn<QByteArray>("document");
-        QTest::newRow("unknown status")
-            << QByteArray(R"({"name":"M","ipAddress":"1.2.3.4","port":1,"status":"offline"})");
-        QTest::newRow("port too large")
-            << QByteArray(R"({"name":"M","ipAddress":"1.2.3.4","port":70000,"status":"busy"})");
-        QTest::newRow("port as text")
-            << QByteArray(R"({"name":"M","ipAddress":"1.2.3.4","port":"1","status":"busy"})");
-        QTest::newRow("missing name")
-            << QByteArray(R"({"ipAddress":"1.2.3.4","port":1,"status":"busy"})");
-        QTest::newRow("model not text") << QByteArray(
+        QTest::addColumn<QVariant>("stored");
+        const auto row = [](const char* name, const char* json) {
+            QTest::newRow(name) << QVariant(QByteArray(json));
+        };
+        row("unknown status", R"({"name":"M","ipAddress":"1.2.3.4","port":1,"status":"offline"})");
+        row("port too large", R"({"name":"M","ipAddress":"1.2.3.4","port":70000,"status":"busy"})");
+        row("port as text", R"({"name":"M","ipAddress":"1.2.3.4","port":"1","status":"busy"})");
+        row("missing name", R"({"ipAddress":"1.2.3.4","port":1,"status":"busy"})");
+        row("model not text",
             R"({"name":"M","model":3,"ipAddress":"1.2.3.4","port":1,"status":"busy"})");
-        QTest::newRow("not JSON") << QByteArray("{name:");
-        QTest::newRow("array") << QByteArray("[]");
+        row("not JSON", "{name:");
+        QTest::newRow("not bytes") << QVariant(QStringLiteral("Mill"));
     }
     void unreadableMachinesReadAsNone() {
-        QFETCH(QByteArray, document);
-        rawStore()->setValue(QStringLiteral("selectedMachine"), document);
+        QFETCH(QVariant, stored);
+        rawStore()->setValue(QStringLiteral("selectedMachine"), stored);
         QVERIFY(!persistence().selectedMachine());
         // Reading leaves the stored item untouched.
-        QCOMPARE(rawStore()->value(QStringLiteral("selectedMachine")).toByteArray(), document);
-    }
-
-    void valueOfAnotherTypeReadsAsNone() {
-        rawStore()->setValue(QStringLiteral("selectedMachine"), QStringLiteral("Mill"));
-        QVERIFY(!persistence().selectedMachine());
+        QCOMPARE(rawStore()->value(QStringLiteral("selectedMachine")), stored);
     }
 
     void recentFilesRoundTripWithFractionalDates() {
@@ -115,42 +109,35 @@ private Q_SLOTS:
         QVERIFY(!stored.at(1).toObject().contains(QStringLiteral("modifiedAt")));
     }
 
-    void unreadableRecentFilesAreReplacedByTheNextList() {
+    void unreadableListsAreReplacedByTheNextWrite() {
         rawStore()->setValue(QStringLiteral("recentFiles"), QByteArray("not json"));
+        rawStore()->setValue(QStringLiteral("uploads"),
+                             QByteArray(R"([{"machineID":"a","filePath":"/b","fileSize":1}])"));
         QVERIFY(persistence().recentFiles().isEmpty());
+        QVERIFY(persistence().uploadRecords().isEmpty());
         const QList<JobFile> next{{QUrl::fromLocalFile(QStringLiteral("/a.nc")), 1, std::nullopt}};
         persistence().setRecentFiles(next);
+        persistence().recordUpload(record(7));
         QCOMPARE(persistence().recentFiles(), next);
+        QCOMPARE(persistence().uploadRecords(), QList<UploadRecord>{record(7)});
     }
 
     void uploadHistoryKeepsTheFiftyNewest() {
-        for (int n = 1; n <= 51; ++n)
+        persistence().recordUpload(record(1));
+        for (int n = 1; n <= 50; ++n)
             persistence().recordUpload(record(n));
         const QList<UploadRecord> records = persistence().uploadRecords();
         QCOMPARE(records.size(), 50);
-        QCOMPARE(records.first(), record(51));
-        QCOMPARE(records.last(), record(2));
+        // The 51st record pushes the oldest out, even when it equals a newer one.
+        QCOMPARE(records.first(), record(50));
+        QCOMPARE(records.last(), record(1));
 
         const QJsonObject newest =
             storedDocument(*rawStore(), QStringLiteral("uploads")).toArray().at(0).toObject();
         QCOMPARE(newest.keys(),
                  (QStringList{QStringLiteral("filePath"), QStringLiteral("fileSize"),
                               QStringLiteral("machineID"), QStringLiteral("uploadedAt")}));
-        QCOMPARE(newest.value(QStringLiteral("uploadedAt")).toDouble(), 788918451.0);
-    }
-
-    void sameUploadTwiceGivesTwoRecords() {
-        persistence().recordUpload(record(1));
-        persistence().recordUpload(record(1));
-        QCOMPARE(persistence().uploadRecords(), (QList<UploadRecord>{record(1), record(1)}));
-    }
-
-    void unreadableHistoryIsReplacedByTheNextRecord() {
-        rawStore()->setValue(QStringLiteral("uploads"),
-                             QByteArray(R"([{"machineID":"a","filePath":"/b","fileSize":1}])"));
-        QVERIFY(persistence().uploadRecords().isEmpty());
-        persistence().recordUpload(record(7));
-        QCOMPARE(persistence().uploadRecords(), QList<UploadRecord>{record(7)});
+        QCOMPARE(newest.value(QStringLiteral("uploadedAt")).toDouble(), 788918450.0);
     }
 
     void writesFromAnotherStoreAreSeen() {

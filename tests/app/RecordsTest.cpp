@@ -5,6 +5,7 @@
 #include "support/TestFiles.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QTest>
 
 using namespace tarnwick;
@@ -14,86 +15,78 @@ class RecordsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void jobFileAcceptsExtensionsInAnyCase_data() {
+    void jobFileValidation_data() {
         QTest::addColumn<QString>("name");
-        QTest::newRow("upper") << QStringLiteral("part.NC");
-        QTest::newRow("mixed") << QStringLiteral("part.Cnc");
-        QTest::newRow("gcode") << QStringLiteral("part.GCODE");
-        QTest::newRow("blank and dots") << QStringLiteral("my part.v2.nc");
+        QTest::addColumn<std::optional<Error>>("error");
+        const auto unsupported = [](const char* extension) {
+            return std::optional<Error>(
+                JobFileError::unsupportedExtension(QLatin1String(extension)));
+        };
+        QTest::newRow("upper") << QStringLiteral("part.NC") << std::optional<Error>();
+        QTest::newRow("mixed") << QStringLiteral("my part.v2.Cnc") << std::optional<Error>();
+        QTest::newRow("gcode") << QStringLiteral("part.GCODE") << std::optional<Error>();
+        QTest::newRow("zip") << QStringLiteral("part.nc.zip") << unsupported("zip");
+        QTest::newRow("txt") << QStringLiteral("notes.TXT") << unsupported("txt");
+        QTest::newRow("none") << QStringLiteral("README") << unsupported("");
+        QTest::newRow("folder") << QStringLiteral("jobs.nc/")
+                                << std::optional<Error>(JobFileError::notARegularFile());
     }
-    void jobFileAcceptsExtensionsInAnyCase() {
+    void jobFileValidation() {
         QFETCH(QString, name);
+        QFETCH(std::optional<Error>, error);
         QTemporaryDir dir;
-        const QUrl url = writeFile(dir, name, "G0 X0\n");
+        QUrl url;
+        if (name.endsWith(QLatin1Char('/'))) {
+            name.chop(1);
+            QVERIFY(QDir(dir.path()).mkdir(name));
+            url = QUrl::fromLocalFile(dir.filePath(name));
+        } else {
+            url = writeFile(dir, name, "G0 X0\n");
+        }
         const Result<JobFile> file = JobFile::fromUrl(url);
-        QVERIFY(file.ok());
-        QCOMPARE(file->url, url);
-        QCOMPARE(file->size, 6);
-        QVERIFY(file->modifiedAt.has_value());
+        if (error) {
+            QCOMPARE(file.error(), *error);
+            return;
+        }
+        QCOMPARE(file.value(), (JobFile{url, 6, QFileInfo(url.toLocalFile()).lastModified()}));
         QCOMPARE(file->id(), dir.filePath(name));
         QCOMPARE(file->fileName(), name);
     }
 
-    void jobFileRefusals() {
-        QTemporaryDir dir;
-        const auto zip = JobFile::fromUrl(writeFile(dir, QStringLiteral("part.nc.zip"), "x"));
-        QCOMPARE(zip.error(), Error(JobFileError::unsupportedExtension(QStringLiteral("zip"))));
-
-        const auto upper = JobFile::fromUrl(writeFile(dir, QStringLiteral("notes.TXT"), "x"));
-        QCOMPARE(upper.error().description(),
+    void jobFileTexts() {
+        QCOMPARE(Error(JobFileError::unsupportedExtension(QStringLiteral("txt"))).description(),
                  QStringLiteral("The .txt extension is not supported. Choose an .nc, .cnc or "
                                 ".gcode file."));
-
-        const auto bare = JobFile::fromUrl(writeFile(dir, QStringLiteral("README"), "x"));
-        QCOMPARE(bare.error(), Error(JobFileError::unsupportedExtension(QString())));
-        QCOMPARE(bare.error().description(),
+        QCOMPARE(JobFileError::unsupportedExtension({}).description(),
                  QStringLiteral("The . extension is not supported. Choose an .nc, .cnc or "
                                 ".gcode file."));
+        QCOMPARE(JobFileError::notARegularFile().description(),
+                 QStringLiteral("Please choose a regular file."));
 
-        // The regular-file test comes before the extension test.
-        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("jobs.nc")));
-        const auto folder =
-            JobFile::fromUrl(QUrl::fromLocalFile(dir.filePath(QStringLiteral("jobs.nc"))));
-        QCOMPARE(folder.error(), Error(JobFileError::notARegularFile()));
-        QCOMPARE(folder.error().description(), QStringLiteral("Please choose a regular file."));
-
+        QTemporaryDir dir;
+        QCOMPARE(JobFile::fromUrl(writeFile(dir, QStringLiteral("empty.nc"), {}))->size, 0);
         const auto missing =
             JobFile::fromUrl(QUrl::fromLocalFile(dir.filePath(QStringLiteral("gone.nc"))));
         QVERIFY(missing.error().is<PlatformError>());
         QVERIFY(missing.error().description().contains(QStringLiteral("gone.nc")));
     }
 
-    void emptyJobFileIsAcceptedWithSizeZero() {
-        QTemporaryDir dir;
-        const auto file = JobFile::fromUrl(writeFile(dir, QStringLiteral("empty.nc"), {}));
-        QVERIFY(file.ok());
-        QCOMPARE(file->size, 0);
-    }
-
     void machineIdentityAndEquality() {
         const Machine a{QStringLiteral("Mill"), std::nullopt, QStringLiteral("10.0.0.5"), 80,
                         Machine::ConnectionStatus::Discovered};
-        Machine b = a;
-        b.status = Machine::ConnectionStatus::Connected;
+        Machine connected = a;
+        connected.status = Machine::ConnectionStatus::Connected;
+        Machine otherPort = a;
+        otherPort.port = 2222;
+        Machine emptyModel = a;
+        emptyModel.model = QString();
         QCOMPARE(a.id(), QStringLiteral("10.0.0.5:80"));
-        QCOMPARE(a.id(), b.id());
-        QVERIFY(a != b);
-        Machine other = a;
-        other.port = 2222;
-        QVERIFY(other.id() != a.id());
-        Machine withEmptyModel = a;
-        withEmptyModel.model = QString();
-        QVERIFY(withEmptyModel != a);
-        QVERIFY(qHash(withEmptyModel) != qHash(a));
-    }
-
-    void rawValuesMatchExactly() {
-        QCOMPARE(rawValue(Machine::ConnectionStatus::Unavailable), QStringLiteral("unavailable"));
+        QCOMPARE(connected.id(), a.id());
+        QVERIFY(connected != a && otherPort.id() != a.id() && emptyModel != a);
+        QVERIFY(qHash(emptyModel) != qHash(a));
         QCOMPARE(connectionStatusFromRawValue(QStringLiteral("busy")),
                  Machine::ConnectionStatus::Busy);
         QVERIFY(!connectionStatusFromRawValue(QStringLiteral("offline")));
-        QCOMPARE(phaseFromRawValue(QStringLiteral("uploading")),
-                 TransferProgress::Phase::Uploading);
         QVERIFY(!phaseFromRawValue(QStringLiteral("Uploading")));
     }
 
@@ -114,56 +107,21 @@ private Q_SLOTS:
         QCOMPARE(progress.fraction(), fraction);
     }
 
-    void uploadErrorsCompareByCaseAndMessage() {
+    void uploadErrors() {
         const QString m = QStringLiteral("x");
-        QCOMPARE(UploadError::rejected(m), UploadError::rejected(m));
+        QVERIFY(UploadError::rejected(m) == UploadError::rejected(m));
         QVERIFY(UploadError::rejected(m) != UploadError::invalidResponse(m));
         QVERIFY(UploadError::rejected(m) != UploadError::rejected(QStringLiteral("y")));
-        QCOMPARE(UploadError::cancelled(), UploadError::cancelled());
         QVERIFY(UploadError::cancelled() != UploadError::timedOut());
         QVERIFY(Error(UploadError::cancelled()) != Error(CancellationError{}));
-    }
-
-    void uploadErrorDescriptions() {
         QCOMPARE(UploadError::rejected({}).description(),
                  QStringLiteral("The machine rejected the upload: "));
-        QCOMPARE(Error(UploadError::rejected(QStringLiteral("The machine cancelled the transfer.")))
-                     .description(),
-                 QStringLiteral("The machine rejected the upload: The machine cancelled the "
-                                "transfer."));
-        QCOMPARE(UploadError::invalidResponse(QStringLiteral("The machine closed the connection."))
-                     .description(),
-                 QStringLiteral("The machine returned an invalid response: The machine closed "
-                                "the connection."));
+        QCOMPARE(UploadError::invalidResponse(m).description(),
+                 QStringLiteral("The machine returned an invalid response: x"));
         QCOMPARE(UploadError::cancelled().description(),
                  QStringLiteral("The upload was cancelled."));
         QCOMPARE(UploadError::timedOut().description(),
                  QStringLiteral("The machine did not respond before the upload timed out."));
-    }
-
-    void canonicalAddresses_data() {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<bool>("valid");
-        QTest::newRow("plain") << QStringLiteral("192.168.1.20") << true;
-        QTest::newRow("zeros") << QStringLiteral("0.0.0.0") << true;
-        QTest::newRow("ones") << QStringLiteral("255.255.255.255") << true;
-        QTest::newRow("leading zero") << QStringLiteral("192.168.001.5") << false;
-        QTest::newRow("double zero") << QStringLiteral("1.00.2.3") << false;
-        QTest::newRow("over 255") << QStringLiteral("256.1.1.1") << false;
-        QTest::newRow("three pieces") << QStringLiteral("1.2.3") << false;
-        QTest::newRow("five pieces") << QStringLiteral("1.2.3.4.5") << false;
-        QTest::newRow("empty piece") << QStringLiteral("1..2.3.4") << false;
-        QTest::newRow("trailing dot") << QStringLiteral("1.2.3.4.") << false;
-        QTest::newRow("plus sign") << QStringLiteral("+1.2.3.4") << false;
-        QTest::newRow("minus sign") << QStringLiteral("1.-2.3.4") << false;
-        QTest::newRow("blank") << QStringLiteral(" 1.2.3.4") << false;
-        QTest::newRow("arabic-indic digit") << QStringLiteral("1.2.3.\u0664") << false;
-        QTest::newRow("empty") << QString() << false;
-    }
-    void canonicalAddresses() {
-        QFETCH(QString, address);
-        QFETCH(bool, valid);
-        QCOMPARE(isCanonicalIPv4(address), valid);
     }
 };
 
