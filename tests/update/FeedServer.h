@@ -1,61 +1,44 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QObject>
-#include <QPointer>
 #include <QStringList>
 #include <QTcpServer>
+#include <QTcpSocket>
 #include <QUrl>
-
-#include <optional>
-
-class QTcpSocket;
 
 namespace tarnwick::testing {
 
-// A tiny HTTP/1.1 server on 127.0.0.1 at a port the system picks. It answers every request with
-// the same canned response and closes the connection, and records what each request asked for.
-class FeedServer : public QObject {
-    Q_OBJECT
-
-public:
-    struct Response {
-        int status = 200;
-        QByteArray body;
-        QList<QByteArray> extraHeaderLines;
-        // The Content-Length announced, when it should differ from the body's size.
-        std::optional<qsizetype> announcedLength;
-    };
-
-    explicit FeedServer(QObject* parent = nullptr);
-
-    QUrl url(const QString& path = QStringLiteral("/quorle/version.json")) const;
-
-    void respond(Response response) { m_response = std::move(response); }
-    void respond(int status, const QByteArray& body) {
-        m_response = {status, body, {}, std::nullopt};
+// Gives every HTTP request on 127.0.0.1 the same answer and records each request's target.
+struct FeedServer {
+    FeedServer() {
+        if (!server.listen(QHostAddress::LocalHost, 0))
+            qFatal("the feed server cannot listen");
+        url = QUrl(
+            QStringLiteral("http://127.0.0.1:%1/quorle/version.json").arg(server.serverPort()));
+        QObject::connect(&server, &QTcpServer::newConnection, &server, [this] {
+            while (QTcpSocket* socket = server.nextPendingConnection())
+                QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                    if (!socket->peek(1 << 16).contains("\r\n\r\n"))
+                        return;
+                    targets.append(QString::fromUtf8(socket->readAll().split(' ').value(1)));
+                    socket->write(answer);
+                    socket->disconnectFromHost();
+                });
+        });
     }
 
-    // While held, requests are recorded but not answered until release().
-    void hold() { m_holding = true; }
-    void release();
+    // Status 0 refuses connections; `missing` bytes are announced but never sent.
+    void respond(int status, const QByteArray& body, int missing = 0) {
+        if (status == 0)
+            server.close();
+        answer = "HTTP/1.1 " + QByteArray::number(status) +
+                 " Status\r\nCache-Control: max-age=3600\r\nContent-Length: " +
+                 QByteArray::number(body.size() + missing) + "\r\nConnection: close\r\n\r\n" + body;
+    }
 
-    // The target of each request line (path and query), in order of arrival.
-    const QStringList& requestTargets() const { return m_targets; }
-    // Each request's head, request line and header lines.
-    const QList<QByteArray>& requestHeads() const { return m_heads; }
-
-private:
-    void readFrom(QTcpSocket* socket);
-    void answer(QTcpSocket* socket);
-
-    QTcpServer m_server;
-    Response m_response;
-    bool m_holding = false;
-    QList<QPointer<QTcpSocket>> m_waiting;
-    QStringList m_targets;
-    QList<QByteArray> m_heads;
+    QTcpServer server;
+    QUrl url;
+    QStringList targets;
+    QByteArray answer;
 };
 
 } // namespace tarnwick::testing
