@@ -1,73 +1,31 @@
 #include "CliRun.h"
 
 #include <QTcpServer>
-#include <QTest>
 
 using namespace tarnwick::testing;
+using namespace Qt::StringLiterals;
 
 class CheckCommandTest : public QObject {
     Q_OBJECT
 
+    QTcpServer listening;
+
 private Q_SLOTS:
-    void aListeningMachineAccepts() {
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost, 0));
-        const QString target = QStringLiteral("127.0.0.1:%1").arg(server.serverPort());
-        const CliResult result = runCli({QStringLiteral("check"), target});
-        QCOMPARE(result.exitCode, 0);
-        QCOMPARE(result.out, target + QStringLiteral(" accepted the connection.\n"));
-        QCOMPARE(result.err, QString());
+    void run_data() {
+        QVERIFY(listening.listen(QHostAddress::LocalHost, 0));
+        QTcpServer closed;
+        QVERIFY(closed.listen(QHostAddress::LocalHost, 0));
+        const QString accepting = u"127.0.0.1:%1"_s.arg(listening.serverPort());
+        const QString invalid = u"Enter a valid IPv4 address and port.\n"_s;
+        cliColumns();
+        cliRow("accepted", u"check "_s + accepting, 0,
+               accepting + u" accepted the connection.\n"_s);
+        cliRow("refused", u"check 127.0.0.1:%1"_s.arg(closed.serverPort()), 1, {},
+               u"Connection check failed: Connection refused\n"_s);
+        cliRow("leading zero", u"check 192.168.01.20"_s, 2, {}, invalid);
+        cliRow("port 0", u"check 1.2.3.4:0"_s, 2, {}, invalid);
     }
-
-    void theDefaultPortIs2222() {
-        QTcpServer server;
-        if (!server.listen(QHostAddress::LocalHost, 2222))
-            QSKIP("port 2222 is taken on this system");
-        const CliResult result = runCli({QStringLiteral("check"), QStringLiteral("127.0.0.1")});
-        QCOMPARE(result.exitCode, 0);
-        QCOMPARE(result.out, QStringLiteral("127.0.0.1:2222 accepted the connection.\n"));
-    }
-
-    void aClosedPortFails() {
-        quint16 port = 0;
-        {
-            QTcpServer server;
-            QVERIFY(server.listen(QHostAddress::LocalHost, 0));
-            port = server.serverPort();
-        }
-        const CliResult result =
-            runCli({QStringLiteral("check"), QStringLiteral("127.0.0.1:%1").arg(port)});
-        QCOMPARE(result.exitCode, 1);
-        QCOMPARE(result.out, QString());
-        QCOMPARE(result.err, QStringLiteral("Connection check failed: Connection refused\n"));
-    }
-
-    void invalidAddresses_data() {
-        QTest::addColumn<QString>("address");
-        for (const char* text :
-             {"192.168.1", "192.168.01.20", "localhost", "1.2.3.4:0", "1.2.3.4:65536",
-              "1.2.3.4:", "1.2.3.4:+22", "1.2.3.4: 22", " 1.2.3.4", "::1", ""})
-            QTest::newRow(text) << QString::fromLatin1(text);
-    }
-    void invalidAddresses() {
-        QFETCH(QString, address);
-        const CliResult result = runCli({QStringLiteral("check"), address});
-        QCOMPARE(result.exitCode, 2);
-        QCOMPARE(result.out, QString());
-        QCOMPARE(result.err, QStringLiteral("Enter a valid IPv4 address and port.\n"));
-    }
-
-    void exactlyOneAddress_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("none") << QStringList{};
-        QTest::newRow("two") << QStringList{QStringLiteral("10.0.0.1"), QStringLiteral("10.0.0.2")};
-    }
-    void exactlyOneAddress() {
-        QFETCH(QStringList, arguments);
-        const CliResult result = runCli(QStringList{QStringLiteral("check")} + arguments);
-        QCOMPARE(result.exitCode, 2);
-        QCOMPARE(result.err, QStringLiteral("Usage: tarnwick-cli check ADDRESS[:PORT]\n"));
-    }
+    void run() { compareCliRun(); }
 };
 
 QTEST_GUILESS_MAIN(CheckCommandTest)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QHostAddress>
 #include <QUdpSocket>
 
 namespace tarnwick::testing {
@@ -13,23 +12,10 @@ inline quint16 freeUdpPort() {
     return probe.localPort();
 }
 
-// Sends announcements from one sender address and port to a listener on 127.0.0.1.
-class Announcer {
-public:
-    explicit Announcer(quint16 targetPort)
-        : m_targetPort(targetPort) {
-        if (!m_socket.bind(QHostAddress::LocalHost, 0))
-            qFatal("cannot bind a UDP socket: %s", qPrintable(m_socket.errorString()));
-    }
-
-    bool send(const QByteArray& payload) {
-        return m_socket.writeDatagram(payload, QHostAddress::LocalHost, m_targetPort) ==
-               payload.size();
-    }
-
-private:
-    QUdpSocket m_socket;
-    quint16 m_targetPort;
-};
+// Sends one announcement to 127.0.0.1:port, each from a sender port of its own.
+inline bool announce(quint16 port, const QByteArray& payload) {
+    QUdpSocket sender;
+    return sender.writeDatagram(payload, QHostAddress::LocalHost, port) == payload.size();
+}
 
 } // namespace tarnwick::testing
