@@ -1,0 +1,226 @@
+#include "protocol/MakeraFrameParser.h"
+#include "protocol/MakeraPacket.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+using namespace tarnwick;
+
+namespace {
+
+const QList<int> packetTypes{0x81, 0x82, 0x83, 0x84, 0x85, 0x90, 0xA1, 0xA2,
+                             0xB0, 0xB1, 0xB2, 0xB3, 0xB4, 0xB5, 0xB6};
+
+QByteArray frameOf(const MakeraPacket& packet) {
+    return packet.encoded().value();
+}
+
+// Laid out field by field, so that any one field can be damaged.
+QByteArray buildFrame(int type, const QByteArray& payload, std::optional<quint16> length = {},
+                      std::optional<quint16> checksum = {}, quint16 footer = 0x55AA) {
+    const quint16 l = length.value_or(quint16(payload.size() + 3));
+    QByteArray frame = QByteArray::fromHex("8668");
+    frame.append(char(l >> 8)).append(char(l & 0xFF)).append(char(type)).append(payload);
+    const quint16 crc = checksum.value_or(CRC16CCITT::checksum(frame.sliced(2)));
+    frame.append(char(crc >> 8)).append(char(crc & 0xFF));
+    return frame.append(char(footer >> 8)).append(char(footer & 0xFF));
+}
+
+// Bit by bit, from the polynomial alone.
+quint16 bitwiseChecksum(QByteArrayView bytes) {
+    quint16 crc = 0;
+    for (const char byte : bytes) {
+        crc ^= quint16(quint8(byte) << 8);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc & 0x8000) ? quint16((crc << 1) ^ 0x1021) : quint16(crc << 1);
+    }
+    return crc;
+}
+
+// Nothing, a lone 0x86, or the start of one frame that has not fully arrived.
+bool holdsAtMostOneIncompleteFrame(QByteArrayView bytes) {
+    if (bytes.size() < 2)
+        return bytes.isEmpty() || bytes[0] == '\x86';
+    const quint16 length = bytes.size() < 4 ? 3 : readUInt16(bytes, 2).value();
+    return bytes.startsWith("\x86\x68") && length >= 3 && length <= 8200 &&
+           bytes.size() < length + 6;
+}
+
+// The packets cut from the pieces, or none once the parser keeps more than it may.
+QList<MakeraPacket> feed(MakeraFrameParser& parser, const QByteArrayList& pieces) {
+    QList<MakeraPacket> packets;
+    for (const QByteArray& piece : pieces) {
+        parser.append(piece);
+        while (std::optional<MakeraPacket> packet = parser.next())
+            packets.append(*packet);
+        if (!holdsAtMostOneIncompleteFrame(parser.buffer()))
+            return {};
+    }
+    return packets;
+}
+
+} // namespace
+
+class MakeraFramingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void encodesAndDecodesWholeFrames() {
+        const MakeraPacket cancel{MakeraPacketType::FileCancel, {}};
+        const MakeraPacket retry{MakeraPacketType::FileRetry, QByteArray(1, 1)};
+        const MakeraPacket largest{MakeraPacketType::FileData, QByteArray(8197, '\x86')};
+        QCOMPARE(frameOf(cancel).toHex(' '), "86 68 00 03 b5 a2 2d 55 aa");
+        QCOMPARE(frameOf(retry).toHex(' '), "86 68 00 04 b6 01 78 4a 55 aa");
+        QCOMPARE(frameOf(largest).size(), 8206);
+        // Bytes after a frame are not looked at.
+        for (const MakeraPacket& packet : {cancel, retry, largest})
+            QCOMPARE(MakeraPacketDecoder::decode(frameOf(packet).append("\x86\x68")).value(),
+                     packet);
+        for (const int size : {8198, 70000}) {
+            const MakeraPacket tooLarge{MakeraPacketType::FileData, QByteArray(size, 'x')};
+            QCOMPARE(tooLarge.encoded().error(), Error(MakeraPacketError::oversized(size + 3)));
+        }
+    }
+
+    void checksumMatchesABitwiseReference() {
+        QCOMPARE(CRC16CCITT::checksum(QByteArrayView("123456789")), quint16(0x31C3));
+        QCOMPARE(CRC16CCITT::checksum(QByteArrayView()), quint16(0));
+        QRandomGenerator random(1234);
+        QByteArray data(9000, Qt::Uninitialized);
+        for (char& byte : data)
+            byte = char(random.bounded(256));
+        for (qsizetype offset = 0; offset < 16; ++offset) {
+            for (qsizetype length = 0; length <= 80; ++length) {
+                const QByteArrayView piece = QByteArrayView(data).sliced(offset, length);
+                QCOMPARE(CRC16CCITT::checksum(piece), bitwiseChecksum(piece));
+                QCOMPARE(CRC16CCITT::extend(CRC16CCITT::checksum(data.first(offset)), piece),
+                         bitwiseChecksum(data.first(offset + length)));
+            }
+        }
+        QCOMPARE(CRC16CCITT::checksum(data), bitwiseChecksum(data));
+    }
+
+    // Each input also fails every later check, so only the first failing check can name it.
+    void decodeErrorsInCheckOrder_data() {
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<Error>("expected");
+        using E = MakeraPacketError;
+        const auto row = [](const char* name, const QByteArray& input, E error) {
+            QTest::newRow(name) << input << Error(error);
+        };
+        const QByteArray abc("abc");
+        row("size", QByteArray::fromHex("6886000000000000"), E::truncated());
+        row("header", QByteArray::fromHex("688600000000000000"), E::invalidHeader(0x6886));
+        row("length 2", buildFrame(0xB5, abc, 2), E::invalidLength(2));
+        row("length 8201", buildFrame(0xB5, abc, 8201), E::invalidLength(8201));
+        row("size for length", buildFrame(0xB5, abc, 7, 0, 0), E::truncated());
+        row("footer", buildFrame(0x91, abc, {}, 0x0102, 0x55AB), E::invalidFooter(0x55AB));
+        row("checksum", buildFrame(0x91, abc, {}, 0x0102),
+            E::checksum(bitwiseChecksum(QByteArray::fromHex("000691616263")), 0x0102));
+        row("type", buildFrame(0x91, abc), E::unknownType(0x91));
+    }
+    void decodeErrorsInCheckOrder() {
+        QFETCH(QByteArray, input);
+        const Result<MakeraPacket> decoded = MakeraPacketDecoder::decode(input);
+        QVERIFY(!decoded.ok());
+        QTEST(decoded.error(), "expected");
+    }
+
+    void exactlyFifteenTypeBytes() {
+        QList<int> types;
+        for (int raw = 0; raw < 256; ++raw) {
+            if (const std::optional<MakeraPacketType> type = makeraPacketType(quint8(raw)))
+                types.append(int(*type) == raw ? raw : -raw);
+        }
+        QCOMPARE(types, packetTypes);
+    }
+
+    void parserResynchronises_data() {
+        QTest::addColumn<QByteArrayList>("pieces");
+        QTest::addColumn<qint64>("dropped");
+        QTest::addColumn<qint64>("ignored");
+        const auto row = [](const char* name, const QByteArrayList& pieces, qint64 dropped,
+                            qint64 ignored = 0) {
+            QTest::newRow(name) << pieces << dropped << ignored;
+        };
+        const QByteArray good = frameOf({MakeraPacketType::StatusResponse, "ok\n"});
+        row("trailing 0x86 kept", {QByteArray::fromHex("4186"), good.sliced(1)}, 1);
+        row("bad length drops only the header", {"\x86\x68" + good}, 2);
+        row("bad checksum", {buildFrame(0x90, "abc", {}, 0x0102) + good}, 12);
+        row("bad footer", {buildFrame(0x90, "abc", {}, {}, 0x55AB), good}, 12);
+        row("frame inside a damaged one", {buildFrame(0xB3, good, {}, 0xBEEF)}, 9);
+        row("unknown type skipped whole", {buildFrame(0x91, frameOf({})) + good}, 0, 1);
+    }
+    void parserResynchronises() {
+        QFETCH(QByteArrayList, pieces);
+        MakeraFrameParser parser;
+        QCOMPARE(feed(parser, pieces),
+                 (QList<MakeraPacket>{{MakeraPacketType::StatusResponse, "ok\n"}}));
+        QTEST(parser.resynchronisedBytes(), "dropped");
+        QTEST(parser.ignoredFrames(), "ignored");
+        QVERIFY(parser.buffer().isEmpty());
+    }
+
+    // However a long stream of sound, damaged and unknown frames and noise is cut, the same
+    // packets come out in order, every byte is accounted for, and no more than one incomplete
+    // frame is ever kept.
+    void parserTakesARandomStreamInAnyPieces_data() {
+        QTest::addColumn<int>("largestPiece");
+        QTest::newRow("one byte at a time") << 1;
+        QTest::newRow("up to 100 bytes") << 100;
+        QTest::newRow("up to 70000 bytes") << 70000;
+    }
+    void parserTakesARandomStreamInAnyPieces() {
+        QRandomGenerator random(20261123);
+        const auto bytes = [&](qsizetype size) {
+            QByteArray result(size, Qt::Uninitialized);
+            for (char& byte : result)
+                byte = char(random.bounded(256));
+            return result;
+        };
+        QByteArray stream;
+        QList<MakeraPacket> expected;
+        qint64 ignored = 0;
+        qint64 frameBytes = 0;
+        for (int segment = 0; segment < 400; ++segment) {
+            const int type =
+                random.bounded(4) ? packetTypes[random.bounded(15)] : random.bounded(256);
+            const QByteArray payload = bytes(random.bounded(8) ? random.bounded(8198) : 8197);
+            QByteArray frame = buildFrame(type, payload);
+            switch (random.bounded(5)) {
+            case 0: // a wrong checksum or footer byte
+                frame[frame.size() - 1 - random.bounded(4)] ^= char(random.bounded(1, 256));
+                break;
+            case 1: // cut short
+                frame.truncate(random.bounded(qsizetype(2), frame.size() - 2));
+                break;
+            case 2: // an impossible length and noise
+                frame = QByteArray::fromHex(random.bounded(2) ? "86680002" : "86682009") +
+                        bytes(random.bounded(40));
+                break;
+            default:
+                frameBytes += frame.size();
+                if (const std::optional<MakeraPacketType> known = makeraPacketType(quint8(type)))
+                    expected.append({*known, payload});
+                else
+                    ++ignored;
+            }
+            stream += frame;
+        }
+        stream += QByteArray(8206, '\0'); // settles any frame still awaited
+        QVERIFY(expected.size() > 100 && ignored > 20);
+
+        QFETCH(int, largestPiece);
+        QByteArrayList pieces;
+        for (qsizetype at = 0; at < stream.size(); at += pieces.back().size())
+            pieces.append(stream.mid(at, random.bounded(1, largestPiece + 1)));
+        MakeraFrameParser parser;
+        QCOMPARE(feed(parser, pieces), expected);
+        QCOMPARE(parser.ignoredFrames(), ignored);
+        QCOMPARE(parser.resynchronisedBytes(), stream.size() - frameBytes);
+        QVERIFY(parser.buffer().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(MakeraFramingTest)
+#include "MakeraFramingTest.moc"
