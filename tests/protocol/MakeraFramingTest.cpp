@@ -11,10 +11,6 @@ namespace {
 const QList<int> packetTypes{0x81, 0x82, 0x83, 0x84, 0x85, 0x90, 0xA1, 0xA2,
                              0xB0, 0xB1, 0xB2, 0xB3, 0xB4, 0xB5, 0xB6};
 
-QByteArray frameOf(const MakeraPacket& packet) {
-    return packet.encoded().value();
-}
-
 // Laid out field by field, so that any one field can be damaged.
 QByteArray buildFrame(int type, const QByteArray& payload, std::optional<quint16> length = {},
                       std::optional<quint16> checksum = {}, quint16 footer = 0x55AA) {
@@ -24,6 +20,13 @@ QByteArray buildFrame(int type, const QByteArray& payload, std::optional<quint16
     const quint16 crc = checksum.value_or(CRC16CCITT::checksum(frame.sliced(2)));
     frame.append(char(crc >> 8)).append(char(crc & 0xFF));
     return frame.append(char(footer >> 8)).append(char(footer & 0xFF));
+}
+
+QByteArray randomBytes(QRandomGenerator& random, qsizetype size) {
+    QByteArray bytes(size, Qt::Uninitialized);
+    for (char& byte : bytes)
+        byte = char(random.bounded(256));
+    return bytes;
 }
 
 // Bit by bit, from the polynomial alone.
@@ -37,23 +40,19 @@ quint16 bitwiseChecksum(QByteArrayView bytes) {
     return crc;
 }
 
-// Nothing, a lone 0x86, or the start of one frame that has not fully arrived.
-bool holdsAtMostOneIncompleteFrame(QByteArrayView bytes) {
-    if (bytes.size() < 2)
-        return bytes.isEmpty() || bytes[0] == '\x86';
-    const quint16 length = bytes.size() < 4 ? 3 : readUInt16(bytes, 2).value();
-    return bytes.startsWith("\x86\x68") && length >= 3 && length <= 8200 &&
-           bytes.size() < length + 6;
-}
-
-// The packets cut from the pieces, or none once the parser keeps more than it may.
+// The packets cut from the pieces, or none once the parser keeps more than nothing, a lone
+// 0x86, or the start of one frame that has not fully arrived.
 QList<MakeraPacket> feed(MakeraFrameParser& parser, const QByteArrayList& pieces) {
     QList<MakeraPacket> packets;
     for (const QByteArray& piece : pieces) {
         parser.append(piece);
         while (std::optional<MakeraPacket> packet = parser.next())
             packets.append(*packet);
-        if (!holdsAtMostOneIncompleteFrame(parser.buffer()))
+        const QByteArrayView kept = parser.buffer();
+        const quint16 length = kept.size() < 4 ? 3 : readUInt16(kept, 2).value();
+        if (kept.size() > 1 ? !kept.startsWith("\x86\x68") || length < 3 || length > 8200 ||
+                                  kept.size() >= length + 6
+                            : kept.size() == 1 && kept[0] != '\x86')
             return {};
     }
     return packets;
@@ -65,30 +64,24 @@ class MakeraFramingTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void encodesAndDecodesWholeFrames() {
+    void encodesWholeFramesUpToTheSizeLimit() {
         const MakeraPacket cancel{MakeraPacketType::FileCancel, {}};
         const MakeraPacket retry{MakeraPacketType::FileRetry, QByteArray(1, 1)};
-        const MakeraPacket largest{MakeraPacketType::FileData, QByteArray(8197, '\x86')};
-        QCOMPARE(frameOf(cancel).toHex(' '), "86 68 00 03 b5 a2 2d 55 aa");
-        QCOMPARE(frameOf(retry).toHex(' '), "86 68 00 04 b6 01 78 4a 55 aa");
-        QCOMPARE(frameOf(largest).size(), 8206);
-        // Bytes after a frame are not looked at.
-        for (const MakeraPacket& packet : {cancel, retry, largest})
-            QCOMPARE(MakeraPacketDecoder::decode(frameOf(packet).append("\x86\x68")).value(),
-                     packet);
-        for (const int size : {8198, 70000}) {
-            const MakeraPacket tooLarge{MakeraPacketType::FileData, QByteArray(size, 'x')};
-            QCOMPARE(tooLarge.encoded().error(), Error(MakeraPacketError::oversized(size + 3)));
-        }
+        QCOMPARE(cancel.encoded().value().toHex(' '), "86 68 00 03 b5 a2 2d 55 aa");
+        QCOMPARE(retry.encoded().value().toHex(' '), "86 68 00 04 b6 01 78 4a 55 aa");
+        QCOMPARE(MakeraPacketDecoder::decode(retry.encoded().value()).value(), retry);
+        const QByteArray largest(8197, '\x86');
+        QCOMPARE(MakeraPacket({MakeraPacketType::FileData, largest}).encoded().value(),
+                 buildFrame(0xB3, largest));
+        QCOMPARE(MakeraPacket({MakeraPacketType::FileData, largest + 'x'}).encoded().error(),
+                 Error(MakeraPacketError::oversized(8201)));
     }
 
     void checksumMatchesABitwiseReference() {
         QCOMPARE(CRC16CCITT::checksum(QByteArrayView("123456789")), quint16(0x31C3));
         QCOMPARE(CRC16CCITT::checksum(QByteArrayView()), quint16(0));
         QRandomGenerator random(1234);
-        QByteArray data(9000, Qt::Uninitialized);
-        for (char& byte : data)
-            byte = char(random.bounded(256));
+        const QByteArray data = randomBytes(random, 9000);
         for (qsizetype offset = 0; offset < 16; ++offset) {
             for (qsizetype length = 0; length <= 80; ++length) {
                 const QByteArrayView piece = QByteArrayView(data).sliced(offset, length);
@@ -108,16 +101,15 @@ private Q_SLOTS:
         const auto row = [](const char* name, const QByteArray& input, E error) {
             QTest::newRow(name) << input << Error(error);
         };
-        const QByteArray abc("abc");
         row("size", QByteArray::fromHex("6886000000000000"), E::truncated());
         row("header", QByteArray::fromHex("688600000000000000"), E::invalidHeader(0x6886));
-        row("length 2", buildFrame(0xB5, abc, 2), E::invalidLength(2));
-        row("length 8201", buildFrame(0xB5, abc, 8201), E::invalidLength(8201));
-        row("size for length", buildFrame(0xB5, abc, 7, 0, 0), E::truncated());
-        row("footer", buildFrame(0x91, abc, {}, 0x0102, 0x55AB), E::invalidFooter(0x55AB));
-        row("checksum", buildFrame(0x91, abc, {}, 0x0102),
+        row("length 2", buildFrame(0xB5, "abc", 2), E::invalidLength(2));
+        row("length 8201", buildFrame(0xB5, "abc", 8201), E::invalidLength(8201));
+        row("size for length", buildFrame(0xB5, "abc", 7, 0, 0), E::truncated());
+        row("footer", buildFrame(0x91, "abc", {}, 0x0102, 0x55AB), E::invalidFooter(0x55AB));
+        row("checksum", buildFrame(0x91, "abc", {}, 0x0102),
             E::checksum(bitwiseChecksum(QByteArray::fromHex("000691616263")), 0x0102));
-        row("type", buildFrame(0x91, abc), E::unknownType(0x91));
+        row("type", buildFrame(0x91, "abc"), E::unknownType(0x91));
     }
     void decodeErrorsInCheckOrder() {
         QFETCH(QByteArray, input);
@@ -128,56 +120,42 @@ private Q_SLOTS:
 
     void exactlyFifteenTypeBytes() {
         QList<int> types;
-        for (int raw = 0; raw < 256; ++raw) {
+        for (int raw = 0; raw < 256; ++raw)
             if (const std::optional<MakeraPacketType> type = makeraPacketType(quint8(raw)))
                 types.append(int(*type) == raw ? raw : -raw);
-        }
         QCOMPARE(types, packetTypes);
     }
 
     void parserResynchronises_data() {
         QTest::addColumn<QByteArrayList>("pieces");
-        QTest::addColumn<qint64>("dropped");
-        QTest::addColumn<qint64>("ignored");
+        QTest::addColumn<QList<qint64>>("droppedAndIgnored");
         const auto row = [](const char* name, const QByteArrayList& pieces, qint64 dropped,
                             qint64 ignored = 0) {
-            QTest::newRow(name) << pieces << dropped << ignored;
+            QTest::newRow(name) << pieces << QList<qint64>{dropped, ignored};
         };
-        const QByteArray good = frameOf({MakeraPacketType::StatusResponse, "ok\n"});
+        const QByteArray good = buildFrame(0x81, "ok\n");
         row("trailing 0x86 kept", {QByteArray::fromHex("4186"), good.sliced(1)}, 1);
         row("bad length drops only the header", {"\x86\x68" + good}, 2);
         row("bad checksum", {buildFrame(0x90, "abc", {}, 0x0102) + good}, 12);
         row("bad footer", {buildFrame(0x90, "abc", {}, {}, 0x55AB), good}, 12);
         row("frame inside a damaged one", {buildFrame(0xB3, good, {}, 0xBEEF)}, 9);
-        row("unknown type skipped whole", {buildFrame(0x91, frameOf({})) + good}, 0, 1);
+        row("unknown type skipped whole", {buildFrame(0x91, buildFrame(0xB4, {})) + good}, 0, 1);
     }
     void parserResynchronises() {
         QFETCH(QByteArrayList, pieces);
         MakeraFrameParser parser;
         QCOMPARE(feed(parser, pieces),
                  (QList<MakeraPacket>{{MakeraPacketType::StatusResponse, "ok\n"}}));
-        QTEST(parser.resynchronisedBytes(), "dropped");
-        QTEST(parser.ignoredFrames(), "ignored");
+        QTEST((QList<qint64>{parser.resynchronisedBytes(), parser.ignoredFrames()}),
+              "droppedAndIgnored");
         QVERIFY(parser.buffer().isEmpty());
     }
 
-    // However a long stream of sound, damaged and unknown frames and noise is cut, the same
-    // packets come out in order, every byte is accounted for, and no more than one incomplete
-    // frame is ever kept.
-    void parserTakesARandomStreamInAnyPieces_data() {
-        QTest::addColumn<int>("largestPiece");
-        QTest::newRow("one byte at a time") << 1;
-        QTest::newRow("up to 100 bytes") << 100;
-        QTest::newRow("up to 70000 bytes") << 70000;
-    }
+    // However a long stream of sound, damaged and unknown frames and noise is cut (one byte at
+    // a time, or in random pieces), the same packets come out in order, every byte is accounted
+    // for, and no more than one incomplete frame is ever kept.
     void parserTakesARandomStreamInAnyPieces() {
         QRandomGenerator random(20261123);
-        const auto bytes = [&](qsizetype size) {
-            QByteArray result(size, Qt::Uninitialized);
-            for (char& byte : result)
-                byte = char(random.bounded(256));
-            return result;
-        };
         QByteArray stream;
         QList<MakeraPacket> expected;
         qint64 ignored = 0;
@@ -185,40 +163,37 @@ private Q_SLOTS:
         for (int segment = 0; segment < 400; ++segment) {
             const int type =
                 random.bounded(4) ? packetTypes[random.bounded(15)] : random.bounded(256);
-            const QByteArray payload = bytes(random.bounded(8) ? random.bounded(8198) : 8197);
+            const QByteArray payload =
+                randomBytes(random, random.bounded(8) ? random.bounded(8198) : 8197);
             QByteArray frame = buildFrame(type, payload);
-            switch (random.bounded(5)) {
-            case 0: // a wrong checksum or footer byte
+            const int kind = random.bounded(5);
+            if (kind == 0) // a wrong checksum or footer byte
                 frame[frame.size() - 1 - random.bounded(4)] ^= char(random.bounded(1, 256));
-                break;
-            case 1: // cut short
+            else if (kind == 1) // cut short
                 frame.truncate(random.bounded(qsizetype(2), frame.size() - 2));
-                break;
-            case 2: // an impossible length and noise
+            else if (kind == 2) // an impossible length and noise
                 frame = QByteArray::fromHex(random.bounded(2) ? "86680002" : "86682009") +
-                        bytes(random.bounded(40));
-                break;
-            default:
-                frameBytes += frame.size();
-                if (const std::optional<MakeraPacketType> known = makeraPacketType(quint8(type)))
-                    expected.append({*known, payload});
-                else
-                    ++ignored;
-            }
+                        randomBytes(random, random.bounded(40));
+            else if (const std::optional<MakeraPacketType> known = makeraPacketType(quint8(type)))
+                expected.append({*known, payload});
+            else
+                ++ignored;
+            frameBytes += kind > 2 ? frame.size() : 0;
             stream += frame;
         }
         stream += QByteArray(8206, '\0'); // settles any frame still awaited
         QVERIFY(expected.size() > 100 && ignored > 20);
 
-        QFETCH(int, largestPiece);
-        QByteArrayList pieces;
-        for (qsizetype at = 0; at < stream.size(); at += pieces.back().size())
-            pieces.append(stream.mid(at, random.bounded(1, largestPiece + 1)));
-        MakeraFrameParser parser;
-        QCOMPARE(feed(parser, pieces), expected);
-        QCOMPARE(parser.ignoredFrames(), ignored);
-        QCOMPARE(parser.resynchronisedBytes(), stream.size() - frameBytes);
-        QVERIFY(parser.buffer().isEmpty());
+        for (const int largestPiece : {1, 100, 70000}) {
+            QByteArrayList pieces;
+            for (qsizetype at = 0; at < stream.size(); at += pieces.back().size())
+                pieces.append(stream.mid(at, random.bounded(1, largestPiece + 1)));
+            MakeraFrameParser parser;
+            QCOMPARE(feed(parser, pieces), expected);
+            QCOMPARE(parser.ignoredFrames(), ignored);
+            QCOMPARE(parser.resynchronisedBytes(), stream.size() - frameBytes);
+            QVERIFY(parser.buffer().isEmpty());
+        }
     }
 };
 
