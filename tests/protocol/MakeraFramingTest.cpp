@@ -82,13 +82,12 @@ private Q_SLOTS:
         QCOMPARE(CRC16CCITT::checksum(QByteArrayView()), quint16(0));
         QRandomGenerator random(1234);
         const QByteArray data = randomBytes(random, 9000);
-        for (qsizetype offset = 0; offset < 16; ++offset) {
-            for (qsizetype length = 0; length <= 80; ++length) {
-                const QByteArrayView piece = QByteArrayView(data).sliced(offset, length);
-                QCOMPARE(CRC16CCITT::checksum(piece), bitwiseChecksum(piece));
-                QCOMPARE(CRC16CCITT::extend(CRC16CCITT::checksum(data.first(offset)), piece),
-                         bitwiseChecksum(data.first(offset + length)));
-            }
+        for (qsizetype length = 0; length <= 1000; ++length) { // at every alignment
+            const qsizetype offset = length % 16;
+            const QByteArrayView piece = QByteArrayView(data).sliced(offset, length);
+            QCOMPARE(CRC16CCITT::checksum(piece), bitwiseChecksum(piece));
+            QCOMPARE(CRC16CCITT::extend(CRC16CCITT::checksum(data.first(offset)), piece),
+                     bitwiseChecksum(data.first(offset + length)));
         }
         QCOMPARE(CRC16CCITT::checksum(data), bitwiseChecksum(data));
     }
@@ -114,8 +113,7 @@ private Q_SLOTS:
     void decodeErrorsInCheckOrder() {
         QFETCH(QByteArray, input);
         const Result<MakeraPacket> decoded = MakeraPacketDecoder::decode(input);
-        QVERIFY(!decoded.ok());
-        QTEST(decoded.error(), "expected");
+        QTEST(decoded.ok() ? Error() : decoded.error(), "expected");
     }
 
     void exactlyFifteenTypeBytes() {
