@@ -1,5 +1,4 @@
 #include "protocol/MakeraFrameParser.h"
-#include "protocol/MakeraPacket.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -156,8 +155,7 @@ private Q_SLOTS:
         QRandomGenerator random(20261123);
         QByteArray stream;
         QList<MakeraPacket> expected;
-        qint64 ignored = 0;
-        qint64 frameBytes = 0;
+        qint64 ignored = 0, frameBytes = 0;
         for (int segment = 0; segment < 400; ++segment) {
             const int type =
                 random.bounded(4) ? packetTypes[random.bounded(15)] : random.bounded(256);
