@@ -1,7 +1,6 @@
 #include "protocol/MakeraConnection.h"
 
 #include <QElapsedTimer>
-#include <QPointer>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -28,7 +27,7 @@ class MakeraConnectionTest : public QObject {
 
 private:
     QTcpServer m_server;
-    QPointer<QTcpSocket> m_peer;
+    QTcpSocket* m_peer = nullptr;
     std::unique_ptr<MakeraConnection> m_connection;
     Outcomes m_outcomes; // what nextPacket() delivered, in order
 
@@ -68,7 +67,7 @@ private Q_SLOTS:
     void init() { QVERIFY(m_server.listen(QHostAddress::LocalHost, 0)); }
     void cleanup() {
         m_connection.reset();
-        delete m_peer;
+        delete std::exchange(m_peer, nullptr);
         m_server.close();
         m_outcomes.clear();
     }
@@ -93,8 +92,7 @@ private Q_SLOTS:
         QVERIFY(read(100ms));
         const MakeraPacket view{MakeraPacketType::FileView, QByteArray(1, 0)};
         QVERIFY(peerSends(view.encoded().value() + endFrame)); // one read, nobody waiting
-        QVERIFY(read(0ms));
-        QVERIFY(read(0ms));
+        QVERIFY(read(0ms) && read(0ms));
         m_connection->nextPacket(10s);
         m_peer->write(endFrame);
         QTRY_COMPARE(m_outcomes.size(), 4);
@@ -102,8 +100,7 @@ private Q_SLOTS:
         m_peer->disconnectFromHost();
         QTRY_COMPARE(m_connection->findChild<QTcpSocket*>()->state(),
                      QAbstractSocket::UnconnectedState);
-        QVERIFY(read(10s));
-        QVERIFY(read(10s));
+        QVERIFY(read(10s) && read(10s));
         const Error closed =
             UploadError::invalidResponse(QStringLiteral("The machine closed the connection."));
         QCOMPARE(m_outcomes, (Outcomes{UploadError::timedOut(), view, endPacket, endPacket,
@@ -115,8 +112,7 @@ private Q_SLOTS:
         QVERIFY(peerSends(endFrame));
         auto* socket = m_connection->findChild<QTcpSocket*>();
         Q_EMIT socket->errorOccurred(QAbstractSocket::NetworkError);
-        QVERIFY(read(10s));
-        QVERIFY(read(10s));
+        QVERIFY(read(10s) && read(10s));
         QCOMPARE(m_outcomes, (Outcomes{endPacket, PlatformError{PlatformError::Domain::Network,
                                                                 int(QAbstractSocket::NetworkError),
                                                                 socket->errorString()}}));
@@ -131,7 +127,6 @@ private Q_SLOTS:
         QFETCH(bool, closing);
         QVERIFY(openConnection());
         m_connection->nextPacket(60s);
-        QTest::qWait(20);
         closing ? m_connection->close() : m_connection->cancel();
         QTRY_COMPARE(m_outcomes.size(), 1);
         // Only after cancel() can the machine still be told that the upload is off.
@@ -139,7 +134,6 @@ private Q_SLOTS:
         QCOMPARE(m_connection->send(cancelPacket).has_value(), closing);
         m_connection->close(); // a second close() changes nothing
         QVERIFY(read(60s));
-        QTest::qWait(50);
         QCOMPARE(m_outcomes, (Outcomes{UploadError::cancelled(), UploadError::cancelled()}));
     }
 

@@ -39,8 +39,7 @@ quint16 bitwiseChecksum(QByteArrayView bytes) {
     return crc;
 }
 
-// The packets cut from the pieces, or none once the parser keeps more than nothing, a lone
-// 0x86, or the start of one frame that has not fully arrived.
+// The packets cut, or none once the parser keeps more than a lone 0x86 or one incomplete frame.
 QList<MakeraPacket> feed(MakeraFrameParser& parser, const QByteArrayList& pieces) {
     QList<MakeraPacket> packets;
     for (const QByteArray& piece : pieces) {
@@ -68,7 +67,6 @@ private Q_SLOTS:
         const MakeraPacket retry{MakeraPacketType::FileRetry, QByteArray(1, 1)};
         QCOMPARE(cancel.encoded().value().toHex(' '), "86 68 00 03 b5 a2 2d 55 aa");
         QCOMPARE(retry.encoded().value().toHex(' '), "86 68 00 04 b6 01 78 4a 55 aa");
-        QCOMPARE(MakeraPacketDecoder::decode(retry.encoded().value()).value(), retry);
         const QByteArray largest(8197, '\x86');
         QCOMPARE(MakeraPacket({MakeraPacketType::FileData, largest}).encoded().value(),
                  buildFrame(0xB3, largest));
@@ -148,9 +146,8 @@ private Q_SLOTS:
         QVERIFY(parser.buffer().isEmpty());
     }
 
-    // However a long stream of sound, damaged and unknown frames and noise is cut (one byte at
-    // a time, or in random pieces), the same packets come out in order, every byte is accounted
-    // for, and no more than one incomplete frame is ever kept.
+    // Cut in any pieces, a stream of sound, damaged and unknown frames and noise gives the same
+    // packets in order, with every byte accounted for.
     void parserTakesARandomStreamInAnyPieces() {
         QRandomGenerator random(20261123);
         QByteArray stream;
