@@ -1,6 +1,7 @@
 #include "ui/ContentView.h"
 
 #include "app/AppModel.h"
+#include "ui/AlertText.h"
 #include "ui/DestinationCard.h"
 #include "ui/FileCard.h"
 #include "ui/MachineSidebar.h"
@@ -254,11 +255,12 @@ void ContentView::showErrorAlert() {
     }
     const QString text = message->isEmpty() ? QStringLiteral("Unknown error") : *message;
     if (m_errorAlert) {
-        m_errorAlert->setText(text);
+        setAlertText(m_errorAlert, QStringLiteral("Tarnwick"), text);
         return;
     }
-    auto* alert = new QMessageBox(QMessageBox::Warning, QStringLiteral("Tarnwick"), text,
-                                  QMessageBox::NoButton, this);
+    auto* alert = new QMessageBox(this);
+    alert->setIcon(QMessageBox::Warning);
+    setAlertText(alert, QStringLiteral("Tarnwick"), text);
     alert->setObjectName(QStringLiteral("errorAlert"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);

@@ -1,10 +1,9 @@
 #pragma once
 
+#include <QFileDialog>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QPointer>
-
-class QFileDialog;
-class QMessageBox;
 
 namespace tarnwick {
 class AppModel;
