@@ -10,7 +10,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace tarnwick::ui {
@@ -21,10 +20,7 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     setObjectName(QStringLiteral("destinationCard"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_pages = new QStackedWidget(this);
-    layout->addWidget(m_pages);
-
-    m_machinePage = new QWidget(m_pages);
+    m_machinePage = new QWidget(this);
     m_machinePage->setObjectName(QStringLiteral("destinationMachine"));
     auto* row = new QHBoxLayout(m_machinePage);
     row->setContentsMargins(8, 8, 8, 8);
@@ -54,14 +50,14 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     m_badge = new StatusBadge(Machine::ConnectionStatus::Discovered, m_machinePage);
     m_badge->setObjectName(QStringLiteral("statusBadge"));
     row->addWidget(m_badge, 0, Qt::AlignVCenter);
-    m_pages->addWidget(m_machinePage);
+    layout->addWidget(m_machinePage);
 
     m_emptyPage = makeEmptyState(QStringLiteral("Choose a destination"), QStringLiteral("wifi"),
                                  QStringLiteral("Select a discovered machine or enter its IP "
                                                 "address."),
-                                 m_pages);
+                                 this);
     m_emptyPage->setObjectName(QStringLiteral("destinationEmpty"));
-    m_pages->addWidget(m_emptyPage);
+    layout->addWidget(m_emptyPage);
 
     connect(&m_model, &AppModel::selectedMachineChanged, this, &DestinationCard::showSelection);
     showSelection();
@@ -69,14 +65,13 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
 
 void DestinationCard::showSelection() {
     const auto& machine = m_model.selectedMachine();
-    if (!machine) {
-        m_pages->setCurrentWidget(m_emptyPage);
+    m_machinePage->setVisible(machine.has_value());
+    m_emptyPage->setVisible(!machine);
+    if (!machine)
         return;
-    }
     m_name->setText(machine->name);
     m_subtitle->setText(machineSubtitle(*machine));
     m_badge->setStatus(machine->status);
-    m_pages->setCurrentWidget(m_machinePage);
 }
 
 } // namespace tarnwick::ui

@@ -3,7 +3,6 @@
 #include <QWidget>
 
 class QLabel;
-class QStackedWidget;
 
 namespace tarnwick {
 class AppModel;
@@ -24,7 +23,6 @@ private:
     void showSelection();
 
     AppModel& m_model;
-    QStackedWidget* m_pages;
     QWidget* m_machinePage;
     QWidget* m_emptyPage;
     QLabel* m_name;

@@ -1,16 +1,15 @@
 #include "ui/FileCard.h"
 
 #include "app/AppModel.h"
+#include "ui/Divider.h"
 #include "ui/Formatting.h"
 #include "ui/Icons.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
 
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace tarnwick::ui {
@@ -21,10 +20,7 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     setObjectName(QStringLiteral("fileCard"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_pages = new QStackedWidget(this);
-    layout->addWidget(m_pages);
-
-    m_filePage = new QWidget(m_pages);
+    m_filePage = new QWidget(this);
     auto* page = new QVBoxLayout(m_filePage);
     page->setContentsMargins(4, 4, 4, 4);
     page->setSpacing(12);
@@ -50,10 +46,7 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     fileRow->addWidget(another, 0, Qt::AlignVCenter);
     page->addLayout(fileRow);
 
-    auto* divider = new QFrame(m_filePage);
-    divider->setFrameShape(QFrame::HLine);
-    divider->setFrameShadow(QFrame::Sunken);
-    page->addWidget(divider);
+    page->addWidget(new Divider(m_filePage));
 
     auto* reviewRow = new QHBoxLayout;
     auto* destination =
@@ -68,15 +61,15 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     connect(m_reviewButton, &QPushButton::clicked, &m_model, &AppModel::prepareUpload);
     reviewRow->addWidget(m_reviewButton);
     page->addLayout(reviewRow);
-    m_pages->addWidget(m_filePage);
+    layout->addWidget(m_filePage);
 
     m_chooseButton =
         new QPushButton(icons::icon(QStringLiteral("folder")),
-                        QStringLiteral("Choose an .nc, .cnc or .gcode file\u2026"), m_pages);
+                        QStringLiteral("Choose an .nc, .cnc or .gcode file\u2026"), this);
     m_chooseButton->setObjectName(QStringLiteral("chooseFileButton"));
     m_chooseButton->setMinimumHeight(36);
     connect(m_chooseButton, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
-    m_pages->addWidget(m_chooseButton);
+    layout->addWidget(m_chooseButton);
 
     connect(&m_model, &AppModel::selectedFileChanged, this, &FileCard::showFile);
     connect(&m_model, &AppModel::selectedMachineChanged, this, &FileCard::updateReviewButton);
@@ -89,12 +82,9 @@ void FileCard::showFile() {
     if (file) {
         m_name->setText(file->fileName());
         m_size->setText(byteCount(file->size));
-        m_pages->setCurrentWidget(m_filePage);
-    } else {
-        m_pages->setCurrentWidget(m_chooseButton);
     }
-    // The stack keeps the height of its tallest page unless told otherwise.
-    m_pages->setFixedHeight(m_pages->currentWidget()->sizeHint().height());
+    m_filePage->setVisible(file.has_value());
+    m_chooseButton->setVisible(!file);
     updateReviewButton();
 }
 

@@ -4,7 +4,6 @@
 
 class QLabel;
 class QPushButton;
-class QStackedWidget;
 
 namespace tarnwick {
 class AppModel;
@@ -27,7 +26,6 @@ private:
     void updateReviewButton();
 
     AppModel& m_model;
-    QStackedWidget* m_pages;
     QWidget* m_filePage;
     QPushButton* m_chooseButton;
     QLabel* m_name;

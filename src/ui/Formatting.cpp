@@ -1,17 +1,32 @@
 #include "ui/Formatting.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 
 namespace tarnwick::ui {
 
 QString byteCount(qint64 bytes, const QLocale& locale) {
-    // One decimal from megabytes up keeps "1.2 MB" and "4.7 GB" readable; kilobytes and bytes
-    // read better whole.
-    if (bytes == 1 || bytes == -1)
-        return locale.toString(bytes) + QStringLiteral(" byte");
-    const int precision = std::abs(bytes) >= 1'000'000 ? 1 : 0;
-    return locale.formattedDataSize(bytes, precision, QLocale::DataSizeSIFormat);
+    if (bytes > -1000 && bytes < 1000)
+        return locale.toString(bytes) +
+               (bytes == 1 || bytes == -1 ? QStringLiteral(" byte") : QStringLiteral(" bytes"));
+    static const std::array<const char*, 6> units{"kB", "MB", "GB", "TB", "PB", "EB"};
+    // Whole kilobytes; from megabytes up one decimal while the number has fewer than three
+    // digits ("1.2 MB", "48.3 GB", "220 MB"). A value that would round up to 1000 moves on to
+    // the next unit.
+    double value = std::abs(double(bytes)) / 1000;
+    size_t unit = 0;
+    int precision = 0;
+    for (;;) {
+        precision = unit >= 1 && value < 99.95 ? 1 : 0;
+        const double shown = std::round(value * (precision ? 10 : 1)) / (precision ? 10 : 1);
+        if (shown < 1000 || unit + 1 == units.size())
+            break;
+        value /= 1000;
+        ++unit;
+    }
+    return (bytes < 0 ? locale.negativeSign() : QString()) +
+           locale.toString(value, 'f', precision) + QLatin1Char(' ') + QLatin1String(units[unit]);
 }
 
 QString percentText(double fraction, const QLocale& locale) {

@@ -43,6 +43,15 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // A tinted selection keeps the rows' own colours (status dot, secondary address) legible.
+    QPalette listPalette = m_list->palette();
+    const QColor tint = style::withAlpha(listPalette.color(QPalette::Highlight), 0.28);
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        listPalette.setColor(group, QPalette::Highlight, tint);
+        listPalette.setColor(group, QPalette::HighlightedText,
+                             listPalette.color(QPalette::WindowText));
+    }
+    m_list->setPalette(listPalette);
     m_emptyHint = new QLabel(noMachinesText, this);
     m_emptyHint->setObjectName(QStringLiteral("noMachinesHint"));
     m_emptyHint->setWordWrap(true);

@@ -1,11 +1,11 @@
 #include "ui/RecentFilesView.h"
 
 #include "app/AppModel.h"
+#include "ui/Divider.h"
 #include "ui/Formatting.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
 
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -81,10 +81,8 @@ void RecentFilesView::showFiles() {
         m_rowsLayout->addWidget(row);
         row->show();
         if (file.id() != shown.last().id()) {
-            auto* divider = new QFrame(m_rows);
+            auto* divider = new Divider(m_rows);
             divider->setObjectName(QStringLiteral("recentDivider"));
-            divider->setFrameShape(QFrame::HLine);
-            divider->setFrameShadow(QFrame::Sunken);
             m_rowsLayout->addWidget(divider);
             divider->show();
         }

@@ -26,6 +26,9 @@ private Q_SLOTS:
         QCOMPARE(byteCount(48'000, english), QStringLiteral("48 kB"));
         QCOMPARE(byteCount(1'234'567, english), QStringLiteral("1.2 MB"));
         QCOMPARE(byteCount(4'700'000'000, english), QStringLiteral("4.7 GB"));
+        QCOMPARE(byteCount(220'000'000, english), QStringLiteral("220 MB"));
+        QCOMPARE(byteCount(48'300'000'000, english), QStringLiteral("48.3 GB"));
+        QCOMPARE(byteCount(999'999, english), QStringLiteral("1.0 MB"));
         QCOMPARE(byteCount(std::numeric_limits<qint64>::max(), english), QStringLiteral("9.2 EB"));
     }
 
