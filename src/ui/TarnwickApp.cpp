@@ -26,13 +26,13 @@ TarnwickApp::TarnwickApp(std::unique_ptr<AppModel> model, std::unique_ptr<Update
     m_updateAlert = new UpdateAlert(*m_checker, m_window.get());
     connect(this, &TarnwickApp::chooseJobFile, m_window.get(), &ContentView::openFilePanel);
     connect(m_window.get(), &ContentView::firstShown, this, &TarnwickApp::runLaunchTasks);
-    if (qApp)
-        connect(qApp, &QCoreApplication::aboutToQuit, this, &TarnwickApp::saveGeometry);
     buildMenus();
 }
 
 // The windows go before the model and the checker that they show.
 TarnwickApp::~TarnwickApp() {
+    if (m_started)
+        saveGeometry();
     m_about.reset();
     m_settings.reset();
     m_window.reset();
@@ -75,6 +75,7 @@ void TarnwickApp::buildMenus() {
 }
 
 void TarnwickApp::start() {
+    m_started = true;
     const std::unique_ptr<QSettings> store = m_openStore();
     const QByteArray geometry = store->value(geometryKey).toByteArray();
     if (geometry.isEmpty() || !m_window->restoreGeometry(geometry))

@@ -43,7 +43,8 @@ public:
     ContentView& mainWindow() { return *m_window; }
     UpdateAlert& updateAlert() { return *m_updateAlert; }
 
-    // Shows the main window where the user left it.
+    // Shows the main window where the user left it; the window's place is stored again when
+    // the application ends.
     void start();
 
     void showAbout();
@@ -68,6 +69,7 @@ private:
     std::unique_ptr<AboutView> m_about;
     std::unique_ptr<SettingsView> m_settings;
     QAction* m_checkForUpdates = nullptr;
+    bool m_started = false;
 };
 
 } // namespace tarnwick::ui
