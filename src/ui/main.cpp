@@ -19,6 +19,8 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     setApplicationIdentity();
     QApplication::setWindowIcon(ui::icons::applicationIcon());
+    // Lets Wayland desktops match the window to the installed launcher entry and its icon.
+    QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));
 
     ui::TarnwickApp app(ui::makeAppModel(), ui::makeUpdateChecker());
 
