@@ -87,9 +87,8 @@ AboutView::AboutView(QWidget* parent)
     style::makeSecondary(m_quoteLabel);
     layout->addWidget(m_quoteLabel);
 
-    chooseQuote();
     setFixedWidth(380);
-    setFixedHeight(sizeHint().height());
+    chooseQuote();
 }
 
 void AboutView::showEvent(QShowEvent* event) {
@@ -101,6 +100,8 @@ void AboutView::chooseQuote() {
     const QStringList& all = quotes();
     m_quote = all[QRandomGenerator::global()->bounded(int(all.size()))];
     m_quoteLabel->setText(QStringLiteral("\u201C") + m_quote + QStringLiteral("\u201D"));
+    // Quotes differ in length; the window fits the one it shows.
+    setFixedHeight(layout()->totalHeightForWidth(width()));
 }
 
 } // namespace tarnwick::ui

@@ -98,7 +98,8 @@ void setTextColor(QWidget* widget, const QColor& color) {
 }
 
 void makeSecondary(QLabel* label) {
-    setTextColor(label, secondaryText(label));
+    // A role rather than a colour, so the text follows a change between light and dark.
+    label->setForegroundRole(QPalette::PlaceholderText);
 }
 
 } // namespace tarnwick::ui::style
