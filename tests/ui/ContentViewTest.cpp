@@ -96,6 +96,11 @@ private Q_SLOTS:
     void firstShowScansOnceAndTheScanButtonFollowsTheScan() {
         QCOMPARE(h->discoverer->scans.size(), 1);
         QCOMPARE(window->minimumSize(), QSize(900, 620));
+        auto* sidebar = child<QWidget>(window.get(), QStringLiteral("machineSidebar"));
+        QCOMPARE(sidebar->width(), 300);
+        QCOMPARE(sidebar->minimumWidth(), 260);
+        QCOMPARE(sidebar->maximumWidth(), 340);
+        QCOMPARE(child<QWidget>(window.get(), QStringLiteral("detailColumn"))->maximumWidth(), 820);
         auto* scan = child<QToolButton>(window.get(), QStringLiteral("scanButton"));
         QCOMPARE(scan->toolTip(), QStringLiteral("Scan for Makera machines"));
         QVERIFY(scan->text().isEmpty());
@@ -405,6 +410,15 @@ private Q_SLOTS:
         QCOMPARE(h->model->errorMessage(),
                  std::optional(QStringLiteral("Please choose a regular file.")));
         h->model->setErrorMessage(std::nullopt);
+
+        // Two files at once are not a choice: the window does not take them.
+        QMimeData two;
+        two.setUrls({writeFile(h->dir, QStringLiteral("a.nc"), "G0"),
+                     writeFile(h->dir, QStringLiteral("b.nc"), "G0")});
+        QDragEnterEvent enterTwo(QPoint(50, 50), Qt::CopyAction, &two, Qt::LeftButton,
+                                 Qt::NoModifier);
+        QApplication::sendEvent(window.get(), &enterTwo);
+        QVERIFY(!enterTwo.isAccepted());
 
         const QUrl upper = writeFile(h->dir, QStringLiteral("PART.GCODE"), "G1 X1");
         sendDrop(window.get(), upper);
