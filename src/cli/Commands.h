@@ -12,4 +12,7 @@ struct Command {
     int (*run)(const QStringList& arguments);
 };
 
+int runScan(const QStringList& arguments);
+int runCheck(const QStringList& arguments);
+
 } // namespace tarnwick::cli

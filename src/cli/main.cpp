@@ -12,7 +12,10 @@ using namespace tarnwick::cli;
 
 namespace {
 
-const std::array<Command, 0> commands{};
+const std::array commands{
+    Command{"scan", "Lists the machines that announce themselves on the local network", runScan},
+    Command{"check", "Checks that a machine accepts a connection", runCheck},
+};
 
 void printUsage(QTextStream& stream) {
     stream << "Usage: tarnwick-cli COMMAND [OPTIONS]\n\n"

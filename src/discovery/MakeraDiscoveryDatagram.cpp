@@ -1,0 +1,76 @@
+#include "discovery/MakeraDiscoveryDatagram.h"
+
+#include <QStringDecoder>
+
+#include <optional>
+
+namespace tarnwick {
+
+namespace {
+
+std::optional<QString> decodeUtf8(QByteArrayView payload) {
+    // Stateless, so that a sequence cut off at the end counts as an error instead of waiting
+    // for more input; a leading byte order mark is a character like any other.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    QString text = decoder.decode(payload);
+    if (decoder.hasError())
+        return std::nullopt;
+    return text;
+}
+
+// Digits only, after at most one leading plus sign, with a value from 1 to 65535.
+std::optional<quint16> parsePort(QStringView field) {
+    if (field.startsWith(QLatin1Char('+')))
+        field = field.sliced(1);
+    if (field.isEmpty())
+        return std::nullopt;
+    quint32 value = 0;
+    for (const QChar c : field) {
+        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
+            return std::nullopt;
+        value = value * 10 + quint32(c.unicode() - '0');
+        if (value > 65535)
+            return std::nullopt;
+    }
+    if (value == 0)
+        return std::nullopt;
+    return quint16(value);
+}
+
+} // namespace
+
+Result<Machine> MakeraDiscoveryDatagram::decode(QByteArrayView payload) {
+    const std::optional<QString> text = decodeUtf8(payload);
+    if (!text)
+        return DiscoveryPacketError::InvalidUTF8;
+
+    // QString::trimmed removes exactly the Unicode white space and line breaks, nothing inside.
+    const QString trimmed = text->trimmed();
+    const QList<QStringView> fields = QStringView(trimmed).split(QLatin1Char(','));
+    if (fields.size() < 4)
+        return DiscoveryPacketError::InsufficientFields;
+
+    if (!isCanonicalIPv4(fields[1]))
+        return DiscoveryPacketError::InvalidAddress;
+
+    const std::optional<quint16> port = parsePort(fields[2]);
+    if (!port)
+        return DiscoveryPacketError::InvalidPort;
+
+    const QString name = fields[0].isEmpty() ? defaultName() : fields[0].toString();
+    const auto status = fields[3] == QLatin1String("1") ? Machine::ConnectionStatus::Busy
+                                                        : Machine::ConnectionStatus::Discovered;
+    return Machine{name, std::nullopt, fields[1].toString(), *port, status};
+}
+
+QByteArray MakeraDiscoveryDatagram::encode(const Machine& machine) {
+    QString name = machine.name;
+    name.replace(QLatin1Char(','), QLatin1Char(' '));
+    const char* busy = machine.status == Machine::ConnectionStatus::Busy ? "1" : "0";
+    return (name + QLatin1Char(',') + machine.ipAddress + QLatin1Char(',') +
+            QString::number(machine.port) + QLatin1Char(',') + QLatin1String(busy))
+        .toUtf8();
+}
+
+} // namespace tarnwick
