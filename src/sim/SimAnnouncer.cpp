@@ -2,13 +2,6 @@
 
 namespace tarnwick::sim {
 
-QByteArray announcementDatagram(const QString& name, const QHostAddress& address, quint16 port,
-                                bool busy) {
-    return (name + QLatin1Char(',') + address.toString() + QLatin1Char(',') +
-            QString::number(port) + QLatin1Char(',') + (busy ? QLatin1Char('1') : QLatin1Char('0')))
-        .toUtf8();
-}
-
 SimAnnouncer::SimAnnouncer(QByteArray datagram, QHostAddress target, quint16 targetPort,
                            QObject* parent)
     : QObject(parent)

@@ -7,10 +7,6 @@
 
 namespace tarnwick::sim {
 
-// The announcement a machine sends: "NAME,IP,PORT,BUSY" with BUSY "1" or "0".
-QByteArray announcementDatagram(const QString& name, const QHostAddress& address, quint16 port,
-                                bool busy);
-
 // Sends the announcement once a second to one address, like a machine on the local network.
 class SimAnnouncer : public QObject {
     Q_OBJECT

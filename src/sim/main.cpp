@@ -1,3 +1,4 @@
+#include "discovery/MakeraDiscoveryDatagram.h"
 #include "sim/SimAnnouncer.h"
 #include "sim/SimMachine.h"
 #include "sim/SimOptions.h"
@@ -25,7 +26,10 @@ int main(int argc, char* argv[]) {
     std::unique_ptr<SimAnnouncer> announcer;
     if (options->announce)
         announcer = std::make_unique<SimAnnouncer>(
-            announcementDatagram(options->name, machine.address(), machine.port(), options->busy),
+            tarnwick::MakeraDiscoveryDatagram::encode(
+                {options->name, std::nullopt, machine.address().toString(), machine.port(),
+                 options->busy ? tarnwick::Machine::ConnectionStatus::Busy
+                               : tarnwick::Machine::ConnectionStatus::Discovered}),
             options->announceAddress, options->announcePort);
 
     std::printf("listening on %s:%u\n", qUtf8Printable(machine.address().toString()),
