@@ -64,7 +64,7 @@ size_t frame(unsigned char* out, unsigned char type, const unsigned char* payloa
     if (payload != out + 5 && size > 0)
         std::memcpy(out + 5, payload, size);
     const quint16 sum = tarnwick::CRC16CCITT::checksum(
-        QByteArrayView(reinterpret_cast<const char*>(out + 2), qsizetype(length - 1)));
+        QByteArrayView(reinterpret_cast<const char*>(out + 2), qsizetype(length)));
     out[length + 2] = (unsigned char)(sum >> 8);
     out[length + 3] = (unsigned char)sum;
     out[length + 4] = 0x55;
@@ -81,6 +81,13 @@ unsigned char readFrame(int fd, std::vector<unsigned char>& payload) {
     readAll(fd, payload.data(), payload.size());
     unsigned char tail[4];
     readAll(fd, tail, 4);
+    // The checksum covers the length, the type and the payload.
+    QByteArray covered(reinterpret_cast<const char*>(head + 2), 3);
+    covered.append(reinterpret_cast<const char*>(payload.data()), qsizetype(payload.size()));
+    if (tarnwick::CRC16CCITT::checksum(covered) != (quint16(tail[0]) << 8 | tail[1])) {
+        std::fputs("checksum mismatch\n", stderr);
+        std::exit(1);
+    }
     return head[4];
 }
 
