@@ -129,10 +129,14 @@ private Q_SLOTS:
 
     void theLaunchCheckRunsWhenAllowedAndStaysSilent() {
         makeApp();
+        server->hold();
         startApp();
         QTRY_COMPARE(server->requestTargets().size(), 1);
         QVERIFY(server->requestTargets().first().contains(QStringLiteral("v=1.0")));
+        QVERIFY(!action(QStringLiteral("checkForUpdatesAction"))->isEnabled());
+        server->release();
         QTRY_VERIFY(!app->updateChecker().isChecking());
+        QVERIFY(action(QStringLiteral("checkForUpdatesAction"))->isEnabled());
         QVERIFY(!visibleWindow<QMessageBox>(QStringLiteral("updateAlert")));
     }
 
