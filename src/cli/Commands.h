@@ -14,5 +14,6 @@ struct Command {
 
 int runScan(const QStringList& arguments);
 int runCheck(const QStringList& arguments);
+int runUpload(const QStringList& arguments);
 
 } // namespace tarnwick::cli

@@ -15,6 +15,9 @@ namespace {
 const std::array commands{
     Command{"scan", "Lists the machines that announce themselves on the local network", runScan},
     Command{"check", "Checks that a machine accepts a connection", runCheck},
+#ifdef TARNWICK_WITH_UPLOADER
+    Command{"upload", "Sends a job file to a machine without starting it", runUpload},
+#endif
 };
 
 void printUsage(QTextStream& stream) {
