@@ -7,17 +7,27 @@
 #include "discovery/NetworkMachineConnector.h"
 #include "update/UpdateChecker.h"
 
+#ifdef TARNWICK_WITH_UPLOADER
+#include "transfer/MakeraFileUploader.h"
+#endif
+
 #include <QMetaObject>
 
 namespace tarnwick::ui {
 
 namespace {
 
-// Stands in for the machine uploader until the transfer subsystem provides one: every upload
-// ends at once with a message that says so, and nothing is sent.
-class MissingUploader : public FileUploading {
-    Q_OBJECT
+#ifdef TARNWICK_WITH_UPLOADER
 
+UploaderFactory machineUploaders() {
+    return MakeraFileUploader::factory();
+}
+
+#else
+
+// A tree without the controller connection builds no machine uploader: every upload then ends
+// at once with a message that says so, and nothing is sent.
+class MissingUploader : public FileUploading {
 public:
     using FileUploading::FileUploading;
 
@@ -34,13 +44,18 @@ public:
     void cancel() override {}
 };
 
+UploaderFactory machineUploaders() {
+    return [] { return std::unique_ptr<FileUploading>(std::make_unique<MissingUploader>()); };
+}
+
+#endif
+
 } // namespace
 
 std::unique_ptr<AppModel> makeAppModel() {
     return std::make_unique<AppModel>(
         std::make_unique<LANMachineDiscoverer>(), std::make_unique<NetworkMachineConnector>(),
-        [] { return std::unique_ptr<FileUploading>(std::make_unique<MissingUploader>()); },
-        std::make_unique<AppPersistence>(openStandardStore()));
+        machineUploaders(), std::make_unique<AppPersistence>(openStandardStore()));
 }
 
 std::unique_ptr<UpdateChecker> makeUpdateChecker() {
@@ -48,5 +63,3 @@ std::unique_ptr<UpdateChecker> makeUpdateChecker() {
 }
 
 } // namespace tarnwick::ui
-
-#include "RealServices.moc"
