@@ -1,6 +1,7 @@
 #include "protocol/CRC16CCITT.h"
 
 #include <array>
+#include <cstring>
 
 namespace tarnwick::CRC16CCITT {
 
@@ -37,11 +38,18 @@ static_assert(tables[0][255] == 0x1EF0);
 
 } // namespace
 
-quint16 checksum(QByteArrayView bytes) {
+namespace {
+
+template <bool copying>
+quint16 run(quint16 initial, QByteArrayView bytes, char* destination) {
     const auto* p = reinterpret_cast<const quint8*>(bytes.data());
     qsizetype remaining = bytes.size();
-    quint32 crc = 0;
+    quint32 crc = initial;
     while (remaining >= sliceCount) {
+        if constexpr (copying) {
+            std::memcpy(destination, p, sliceCount);
+            destination += sliceCount;
+        }
         crc = tables[15][p[0] ^ (crc >> 8)] ^ tables[14][p[1] ^ (crc & 0xFF)] ^ tables[13][p[2]] ^
               tables[12][p[3]] ^ tables[11][p[4]] ^ tables[10][p[5]] ^ tables[9][p[6]] ^
               tables[8][p[7]] ^ tables[7][p[8]] ^ tables[6][p[9]] ^ tables[5][p[10]] ^
@@ -50,9 +58,27 @@ quint16 checksum(QByteArrayView bytes) {
         p += sliceCount;
         remaining -= sliceCount;
     }
+    if constexpr (copying) {
+        if (remaining > 0)
+            std::memcpy(destination, p, size_t(remaining));
+    }
     for (; remaining > 0; --remaining, ++p)
         crc = tables[0][((crc >> 8) ^ *p) & 0xFF] ^ ((crc << 8) & 0xFFFF);
     return quint16(crc);
+}
+
+} // namespace
+
+quint16 checksum(QByteArrayView bytes) {
+    return run<false>(0, bytes, nullptr);
+}
+
+quint16 extend(quint16 crc, QByteArrayView bytes) {
+    return run<false>(crc, bytes, nullptr);
+}
+
+quint16 extendCopying(quint16 crc, QByteArrayView bytes, char* destination) {
+    return run<true>(crc, bytes, destination);
 }
 
 } // namespace tarnwick::CRC16CCITT

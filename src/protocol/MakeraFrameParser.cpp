@@ -23,6 +23,10 @@ qsizetype findHeader(QByteArrayView bytes) {
     return -1;
 }
 
+quint16 lengthField(QByteArrayView bytes) {
+    return quint16((quint8(bytes[2]) << 8) | quint8(bytes[3]));
+}
+
 bool isUnknownType(const Error& error) {
     const auto* packetError = error.get<MakeraPacketError>();
     return packetError && packetError->kind() == MakeraPacketError::Kind::UnknownType;
@@ -31,67 +35,95 @@ bool isUnknownType(const Error& error) {
 } // namespace
 
 void MakeraFrameParser::append(QByteArrayView bytes) {
-    if (m_consumed > 0) {
-        const qsizetype pending = m_bytes.size() - m_consumed;
-        if (pending <= m_consumed) {
-            if (pending > 0)
-                std::memmove(m_bytes.data(), m_bytes.constData() + m_consumed, size_t(pending));
-            m_bytes.resize(pending);
-            m_consumed = 0;
-        }
+    // A kept incomplete frame borrows just the bytes it lacks; once it is settled, the rest is
+    // cut where it lies.
+    while (!buffer().isEmpty() && !bytes.isEmpty()) {
+        const qsizetype borrowed = std::min(bytesStillNeeded(), bytes.size());
+        m_bytes.append(bytes.first(borrowed));
+        bytes = bytes.sliced(borrowed);
+        m_consumed += cut(buffer());
+        compact();
     }
-    m_bytes.append(bytes);
+    if (!bytes.isEmpty()) {
+        const qsizetype consumed = cut(bytes);
+        m_bytes.append(bytes.sliced(consumed));
+    }
 }
 
 std::optional<MakeraPacket> MakeraFrameParser::next() {
-    for (;;) {
-        QByteArrayView pending = buffer();
-        if (pending.size() < 2)
-            return waitForMore();
-        const qsizetype headerAt = findHeader(pending);
-        if (headerAt < 0)
-            return waitForMore();
-        if (headerAt > 0) {
-            discard(headerAt);
-            pending = buffer();
-        }
-        if (pending.size() < 4)
-            return std::nullopt;
+    if (m_packets.empty())
+        return std::nullopt;
+    std::optional<MakeraPacket> packet = std::move(m_packets.front());
+    m_packets.pop_front();
+    return packet;
+}
 
-        const quint16 length = quint16((quint8(pending[2]) << 8) | quint8(pending[3]));
+// Cuts every frame out of `bytes` that lies complete in them, and drops what cannot start one,
+// up to the first frame that has not fully arrived. Returns how many bytes were consumed.
+qsizetype MakeraFrameParser::cut(QByteArrayView bytes) {
+    qsizetype at = 0;
+    for (;;) {
+        QByteArrayView rest = bytes.sliced(at);
+        const qsizetype headerAt = rest.size() < 2 ? -1 : findHeader(rest);
+        if (headerAt < 0) {
+            // Keep only a final 0x86: it may be the first half of a header still on its way.
+            qsizetype droppable = rest.size();
+            if (droppable > 0 && rest.back() == MakeraFrame::headerFirstByte)
+                --droppable;
+            m_resynchronisedBytes += droppable;
+            return at + droppable;
+        }
+        if (headerAt > 0) {
+            m_resynchronisedBytes += headerAt;
+            at += headerAt;
+            rest = rest.sliced(headerAt);
+        }
+        if (rest.size() < 4)
+            return at;
+
+        const quint16 length = lengthField(rest);
         if (!MakeraFrame::isValidLength(length)) {
-            discard(2);
+            m_resynchronisedBytes += 2;
+            at += 2;
             continue;
         }
         const qsizetype frameSize = length + MakeraFrame::overhead;
-        if (pending.size() < frameSize)
-            return std::nullopt;
+        if (rest.size() < frameSize)
+            return at;
 
-        Result<MakeraPacket> decoded = MakeraPacketDecoder::decode(pending.first(frameSize));
+        Result<MakeraPacket> decoded = MakeraPacketDecoder::decode(rest.first(frameSize));
         if (decoded.ok()) {
-            consume(frameSize);
-            return std::move(decoded).value();
-        }
-        if (isUnknownType(decoded.error())) {
-            consume(frameSize);
+            m_packets.push_back(std::move(decoded).value());
+            at += frameSize;
+        } else if (isUnknownType(decoded.error())) {
             ++m_ignoredFrames;
-            continue;
+            at += frameSize;
+        } else {
+            // A header inside the rejected span may start a genuine frame: drop only this one.
+            m_resynchronisedBytes += 2;
+            at += 2;
         }
-        // A header inside the rejected span may start a genuine frame: drop only this header.
-        discard(2);
     }
 }
 
-// No header at the front and none to be found: keep only a final 0x86, which may be the first
-// half of a header still on its way.
-std::optional<MakeraPacket> MakeraFrameParser::waitForMore() {
+// What the kept bytes lack before their first frame can be judged: the length field, or the
+// rest of the frame it announces.
+qsizetype MakeraFrameParser::bytesStillNeeded() const {
     const QByteArrayView pending = buffer();
-    qsizetype droppable = pending.size();
-    if (droppable > 0 && pending.back() == MakeraFrame::headerFirstByte)
-        --droppable;
-    if (droppable > 0)
-        discard(droppable);
-    return std::nullopt;
+    if (pending.size() < 4)
+        return 4 - pending.size();
+    return lengthField(pending) + MakeraFrame::overhead - pending.size();
+}
+
+// Gives back the room of consumed bytes once moving what is left costs no more than they did.
+void MakeraFrameParser::compact() {
+    const qsizetype pending = m_bytes.size() - m_consumed;
+    if (pending > m_consumed)
+        return;
+    if (pending > 0)
+        std::memmove(m_bytes.data(), m_bytes.constData() + m_consumed, size_t(pending));
+    m_bytes.resize(pending);
+    m_consumed = 0;
 }
 
 } // namespace tarnwick

@@ -5,26 +5,28 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
+#include <deque>
 #include <optional>
 
 namespace tarnwick {
 
-// Cuts complete frames out of a received byte stream, one packet per next() call, and
-// resynchronises on the next header after damaged input. It never fails: bytes that belong to no
-// frame are dropped and counted. Not synchronised; its owner serialises every call.
+// Cuts complete frames out of a received byte stream and resynchronises on the next header after
+// damaged input. It never fails: bytes that belong to no frame are dropped and counted. Not
+// synchronised; its owner serialises every call.
 //
-// After next() has returned no packet, buffer() is empty, or the single byte 0x86, or a header
-// followed by fewer bytes than its frame needs: at most one incomplete frame is ever kept.
+// Frames are cut as their last byte is appended, straight from the appended bytes; only an
+// incomplete frame at the end is copied and kept until the rest of it arrives. So after every
+// append, buffer() is empty, or the single byte 0x86, or a header followed by fewer bytes than
+// its frame needs, and the packets cut so far wait for next() in arrival order.
 class MakeraFrameParser {
 public:
     // The owner appends received bytes in arrival order.
     void append(QByteArrayView bytes);
 
-    // The packet of the complete frame at the front of the buffer, removing that frame's bytes,
-    // or none when no complete frame has arrived yet.
+    // The oldest packet not yet taken, or none when no further complete frame has arrived.
     std::optional<MakeraPacket> next();
 
-    // The bytes not yet consumed.
+    // The bytes not yet consumed: at most one incomplete frame.
     QByteArrayView buffer() const { return QByteArrayView(m_bytes).sliced(m_consumed); }
 
     // Bytes dropped while looking for a frame boundary.
@@ -33,18 +35,14 @@ public:
     qint64 ignoredFrames() const { return m_ignoredFrames; }
 
 private:
-    std::optional<MakeraPacket> waitForMore();
-    void consume(qsizetype count) { m_consumed += count; }
-    void discard(qsizetype count) {
-        m_consumed += count;
-        m_resynchronisedBytes += count;
-    }
+    qsizetype cut(QByteArrayView bytes);
+    qsizetype bytesStillNeeded() const;
+    void compact();
 
-    // Consumed bytes leave the front by moving an offset; they are given back only when the move
-    // costs no more than the bytes consumed since, so every byte is copied a bounded number of
-    // times however the stream is cut.
+    // The kept incomplete frame, behind a prefix of bytes already consumed from it.
     QByteArray m_bytes;
     qsizetype m_consumed = 0;
+    std::deque<MakeraPacket> m_packets;
     qint64 m_resynchronisedBytes = 0;
     qint64 m_ignoredFrames = 0;
 };

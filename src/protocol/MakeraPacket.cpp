@@ -44,9 +44,8 @@ Result<QByteArray> MakeraPacket::encoded() const {
     p[2] = char(length >> 8);
     p[3] = char(length & 0xFF);
     p[4] = char(type);
-    if (!payload.isEmpty())
-        memcpy(p + 5, payload.constData(), size_t(payload.size()));
-    const quint16 crc = CRC16CCITT::checksum(QByteArrayView(p + 2, length));
+    const quint16 crc =
+        CRC16CCITT::extendCopying(CRC16CCITT::checksum(QByteArrayView(p + 2, 3)), payload, p + 5);
     p[length + 2] = char(crc >> 8);
     p[length + 3] = char(crc & 0xFF);
     p[length + 4] = char(MakeraFrame::footer >> 8);
@@ -73,7 +72,10 @@ Result<MakeraPacket> MakeraPacketDecoder::decode(QByteArrayView frame) {
     if (footer != MakeraFrame::footer)
         return MakeraPacketError::invalidFooter(footer);
 
-    const quint16 computed = CRC16CCITT::checksum(frame.sliced(2, length));
+    // The payload is copied while its checksum is computed: one pass over the bytes.
+    QByteArray payload(length - MakeraFrame::minimumLength, Qt::Uninitialized);
+    const quint16 computed = CRC16CCITT::extendCopying(
+        CRC16CCITT::checksum(frame.sliced(2, 3)), frame.sliced(5, payload.size()), payload.data());
     const quint16 stored = bigEndian16(p + length + 2);
     if (computed != stored)
         return MakeraPacketError::checksum(computed, stored);
@@ -83,7 +85,7 @@ Result<MakeraPacket> MakeraPacketDecoder::decode(QByteArrayView frame) {
     if (!type)
         return MakeraPacketError::unknownType(typeByte);
 
-    return MakeraPacket{*type, frame.sliced(5, length - MakeraFrame::minimumLength).toByteArray()};
+    return MakeraPacket{*type, std::move(payload)};
 }
 
 Result<quint16> readUInt16(QByteArrayView bytes, qsizetype at) {
