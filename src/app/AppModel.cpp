@@ -175,13 +175,8 @@ std::optional<QString> AppModel::remotePath() const {
 bool AppModel::isRecentDuplicate() const {
     if (!m_selectedMachine || !m_selectedFile)
         return false;
-    const QDateTime cutoff = m_now().addSecs(-duplicateWindowSeconds);
-    const QList<UploadRecord> records = m_persistence->uploadRecords();
-    return std::any_of(records.begin(), records.end(), [&](const UploadRecord& record) {
-        return record.machineID == m_selectedMachine->id() &&
-               record.filePath == m_selectedFile->id() && record.fileSize == m_selectedFile->size &&
-               record.uploadedAt >= cutoff;
-    });
+    return tarnwick::isRecentDuplicate(m_persistence->uploadRecords(), m_selectedMachine->id(),
+                                       m_selectedFile->id(), m_selectedFile->size, m_now());
 }
 
 void AppModel::upload(bool duplicateConfirmed) {

@@ -22,7 +22,7 @@ class AppModel : public QObject {
 public:
     static constexpr std::chrono::seconds scanDuration{3};
     static constexpr int maximumRecentFiles = 8;
-    static constexpr qint64 duplicateWindowSeconds = 86'400;
+    static constexpr qint64 duplicateWindowSeconds = duplicateUploadWindowSeconds;
     static inline const QString remoteFolder = QStringLiteral("/sd/gcodes/");
 
     using Clock = std::function<QDateTime()>;

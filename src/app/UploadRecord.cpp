@@ -5,6 +5,8 @@
 
 #include <QHashFunctions>
 
+#include <algorithm>
+
 namespace tarnwick {
 
 QJsonObject UploadRecord::toJson() const {
@@ -31,6 +33,15 @@ std::optional<UploadRecord> UploadRecord::fromJson(const QJsonValue& value) {
 
 size_t qHash(const UploadRecord& record, size_t seed) {
     return qHashMulti(seed, record.machineID, record.filePath, record.fileSize, record.uploadedAt);
+}
+
+bool isRecentDuplicate(const QList<UploadRecord>& records, const QString& machineID,
+                       const QString& filePath, qint64 fileSize, const QDateTime& now) {
+    const QDateTime cutoff = now.addSecs(-duplicateUploadWindowSeconds);
+    return std::any_of(records.begin(), records.end(), [&](const UploadRecord& record) {
+        return record.machineID == machineID && record.filePath == filePath &&
+               record.fileSize == fileSize && record.uploadedAt >= cutoff;
+    });
 }
 
 } // namespace tarnwick

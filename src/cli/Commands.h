@@ -15,5 +15,6 @@ struct Command {
 int runScan(const QStringList& arguments);
 int runCheck(const QStringList& arguments);
 int runCheckUpdate(const QStringList& arguments);
+int runUpload(const QStringList& arguments);
 
 } // namespace tarnwick::cli

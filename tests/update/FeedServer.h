@@ -5,6 +5,8 @@
 #include <QTcpSocket>
 #include <QUrl>
 
+#include <utility>
+
 namespace tarnwick::testing {
 
 // Gives every HTTP request on 127.0.0.1 the same answer and records each request's target.
@@ -20,8 +22,9 @@ struct FeedServer {
                     if (!socket->peek(1 << 16).contains("\r\n\r\n"))
                         return;
                     targets.append(QString::fromUtf8(socket->readAll().split(' ').value(1)));
-                    socket->write(answer);
-                    socket->disconnectFromHost();
+                    held.append(socket);
+                    if (!holding)
+                        release();
                 });
         });
     }
@@ -35,10 +38,22 @@ struct FeedServer {
                  QByteArray::number(body.size() + missing) + "\r\nConnection: close\r\n\r\n" + body;
     }
 
+    // While holding, requests are recorded but answered only at release().
+    void hold() { holding = true; }
+    void release() {
+        holding = false;
+        for (QTcpSocket* socket : std::exchange(held, {})) {
+            socket->write(answer);
+            socket->disconnectFromHost();
+        }
+    }
+
     QTcpServer server;
     QUrl url;
     QStringList targets;
     QByteArray answer;
+    QList<QTcpSocket*> held;
+    bool holding = false;
 };
 
 } // namespace tarnwick::testing

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "protocol/MakeraPacket.h"
+
+#include <QFile>
+
+namespace tarnwick::sim {
+
+// The name of a packet type as the log writes it, e.g. "fileCancel".
+QString packetTypeName(MakeraPacketType type);
+
+// One line per packet received, "TYPE PAYLOAD-BYTES", flushed at once so that a reader sees
+// every packet that arrived before it looked. Does nothing without a file.
+class PacketLog {
+public:
+    explicit PacketLog(const QString& path);
+
+    bool isOpen() const { return m_file.isOpen(); }
+    void record(const MakeraPacket& packet);
+
+private:
+    QFile m_file;
+};
+
+} // namespace tarnwick::sim

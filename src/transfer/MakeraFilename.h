@@ -1,0 +1,24 @@
+#pragma once
+
+#include "app/Result.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace tarnwick {
+
+// The text command that opens a transfer into the machine's job folder.
+namespace MakeraFilename {
+
+inline constexpr char destinationFolder[] = "/sd/gcodes/";
+
+// "upload /sd/gcodes/" + the escaped name + a line feed, as UTF-8. Refuses a name that would
+// leave the folder: one holding a slash or backslash, or exactly "." or "..".
+Result<QByteArray> uploadCommand(const QString& name);
+
+// The name as the machine stores it, for a command's escaped name: the inverse of the escaping.
+QString unescape(const QString& escapedName);
+
+} // namespace MakeraFilename
+
+} // namespace tarnwick

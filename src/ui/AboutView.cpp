@@ -1,0 +1,107 @@
+#include "ui/AboutView.h"
+
+#include "BuildConfig.h"
+#include "ui/Icons.h"
+#include "ui/Style.h"
+
+#include <QLabel>
+#include <QRandomGenerator>
+#include <QVBoxLayout>
+
+namespace tarnwick::ui {
+
+namespace {
+
+std::optional<QString> configured(const char* value) {
+    const QString text = QString::fromUtf8(value);
+    return text.isEmpty() ? std::nullopt : std::optional<QString>(text);
+}
+
+} // namespace
+
+const QStringList& AboutView::quotes() {
+    static const QStringList all{
+        QStringLiteral("Stand on the shoulders of giants."),
+        QStringLiteral("Measure twice, cut once."),
+        QStringLiteral("The best way to predict the future is to invent it."),
+        QStringLiteral("Make it work, make it right, make it fast."),
+        QStringLiteral("The details are not the details. They make the design."),
+        QStringLiteral("A ship in harbour is safe, but that is not what ships are built for."),
+        QStringLiteral("If a job's worth doing, it's worth doing well."),
+        QStringLiteral("Perfect is the enemy of done."),
+        QStringLiteral("Every expert was once a beginner."),
+        QStringLiteral("First make the thing, then make the thing better."),
+        QStringLiteral("Spread a little happiness with a random act of kindness today."),
+    };
+    return all;
+}
+
+QString AboutView::versionLine(const std::optional<QString>& version,
+                               const std::optional<QString>& build) {
+    const QString absent = QStringLiteral("\u2014");
+    return QStringLiteral("Version ") + version.value_or(absent) + QStringLiteral(" (") +
+           build.value_or(absent) + QLatin1Char(')');
+}
+
+AboutView::AboutView(QWidget* parent)
+    : QWidget(parent, Qt::Window | Qt::MSWindowsFixedSizeDialogHint) {
+    setObjectName(QStringLiteral("aboutView"));
+    setWindowTitle(QStringLiteral("About Tarnwick"));
+    setAttribute(Qt::WA_QuitOnClose, false);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(36, 28, 36, 24);
+    layout->setSpacing(12);
+
+    auto* icon = new QLabel(this);
+    icon->setPixmap(icons::applicationIcon().pixmap(QSize(96, 96), devicePixelRatioF()));
+    icon->setFixedSize(96, 96);
+    layout->addWidget(icon, 0, Qt::AlignHCenter);
+
+    auto* name = new QLabel(QStringLiteral("Tarnwick"), this);
+    name->setObjectName(QStringLiteral("aboutName"));
+    QFont nameFont = font();
+    nameFont.setPixelSize(26);
+    nameFont.setWeight(QFont::Bold);
+    name->setFont(nameFont);
+    layout->addWidget(name, 0, Qt::AlignHCenter);
+
+    auto* version =
+        new QLabel(versionLine(configured(build::version), configured(build::buildNumber)), this);
+    version->setObjectName(QStringLiteral("aboutVersion"));
+    version->setFont(style::font(style::TextStyle::Callout, this));
+    version->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    style::makeSecondary(version);
+    layout->addWidget(version, 0, Qt::AlignHCenter);
+
+    m_quoteLabel = new QLabel(this);
+    m_quoteLabel->setObjectName(QStringLiteral("aboutQuote"));
+    m_quoteLabel->setWordWrap(true);
+    m_quoteLabel->setAlignment(Qt::AlignCenter);
+    m_quoteLabel->setContentsMargins(24, 10, 24, 10);
+    QFont quoteFont(QStringLiteral("serif"));
+    quoteFont.setStyleHint(QFont::Serif);
+    quoteFont.setItalic(true);
+    quoteFont.setPointSizeF(style::font(style::TextStyle::Body, this).pointSizeF() * 1.05);
+    m_quoteLabel->setFont(quoteFont);
+    style::makeSecondary(m_quoteLabel);
+    layout->addWidget(m_quoteLabel);
+
+    setFixedWidth(380);
+    chooseQuote();
+}
+
+void AboutView::showEvent(QShowEvent* event) {
+    chooseQuote();
+    QWidget::showEvent(event);
+}
+
+void AboutView::chooseQuote() {
+    const QStringList& all = quotes();
+    m_quote = all[QRandomGenerator::global()->bounded(int(all.size()))];
+    m_quoteLabel->setText(QStringLiteral("\u201C") + m_quote + QStringLiteral("\u201D"));
+    // Quotes differ in length; the window fits the one it shows.
+    setFixedHeight(layout()->totalHeightForWidth(width()));
+}
+
+} // namespace tarnwick::ui

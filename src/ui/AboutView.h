@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+
+#include <optional>
+
+class QLabel;
+
+namespace tarnwick::ui {
+
+// The About window: icon, name, version and a quote that changes each time the window appears.
+class AboutView : public QWidget {
+    Q_OBJECT
+
+public:
+    static const QStringList& quotes();
+    // "Version 1.0 (1)", with "—" for a value that is missing.
+    static QString versionLine(const std::optional<QString>& version,
+                               const std::optional<QString>& build);
+
+    explicit AboutView(QWidget* parent = nullptr);
+
+    QString quote() const { return m_quote; }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void chooseQuote();
+
+    QString m_quote;
+    QLabel* m_quoteLabel;
+};
+
+} // namespace tarnwick::ui

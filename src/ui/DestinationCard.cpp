@@ -1,0 +1,77 @@
+#include "ui/DestinationCard.h"
+
+#include "app/AppModel.h"
+#include "ui/EmptyState.h"
+#include "ui/Formatting.h"
+#include "ui/RoundedPanel.h"
+#include "ui/StatusBadge.h"
+#include "ui/Style.h"
+#include "ui/SymbolLabel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace tarnwick::ui {
+
+DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model) {
+    setObjectName(QStringLiteral("destinationCard"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_machinePage = new QWidget(this);
+    m_machinePage->setObjectName(QStringLiteral("destinationMachine"));
+    auto* row = new QHBoxLayout(m_machinePage);
+    row->setContentsMargins(8, 8, 8, 8);
+    row->setSpacing(16);
+    auto* iconSquare = new RoundedPanel(
+        11, [](const QWidget* w) { return style::withAlpha(style::accent(w), 0.1); }, {},
+        m_machinePage);
+    iconSquare->setFixedSize(48, 48);
+    auto* iconLayout = new QVBoxLayout(iconSquare);
+    iconLayout->setContentsMargins(0, 0, 0, 0);
+    iconLayout->addWidget(new SymbolLabel(QStringLiteral("desktopcomputer"), 28, style::accent), 0,
+                          Qt::AlignCenter);
+    row->addWidget(iconSquare);
+
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(4);
+    m_name = new QLabel(m_machinePage);
+    m_name->setObjectName(QStringLiteral("destinationName"));
+    m_name->setFont(style::font(style::TextStyle::Headline, this));
+    m_subtitle = new QLabel(m_machinePage);
+    m_subtitle->setObjectName(QStringLiteral("destinationSubtitle"));
+    m_subtitle->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    style::makeSecondary(m_subtitle);
+    texts->addWidget(m_name);
+    texts->addWidget(m_subtitle);
+    row->addLayout(texts, 1);
+    m_badge = new StatusBadge(Machine::ConnectionStatus::Discovered, m_machinePage);
+    m_badge->setObjectName(QStringLiteral("statusBadge"));
+    row->addWidget(m_badge, 0, Qt::AlignVCenter);
+    layout->addWidget(m_machinePage);
+
+    m_emptyPage = makeEmptyState(QStringLiteral("Choose a destination"), QStringLiteral("wifi"),
+                                 QStringLiteral("Select a discovered machine or enter its IP "
+                                                "address."),
+                                 this);
+    m_emptyPage->setObjectName(QStringLiteral("destinationEmpty"));
+    layout->addWidget(m_emptyPage);
+
+    connect(&m_model, &AppModel::selectedMachineChanged, this, &DestinationCard::showSelection);
+    showSelection();
+}
+
+void DestinationCard::showSelection() {
+    const auto& machine = m_model.selectedMachine();
+    m_machinePage->setVisible(machine.has_value());
+    m_emptyPage->setVisible(!machine);
+    if (!machine)
+        return;
+    m_name->setText(machine->name);
+    m_subtitle->setText(machineSubtitle(*machine));
+    m_badge->setStatus(machine->status);
+}
+
+} // namespace tarnwick::ui

@@ -1,0 +1,96 @@
+#include "ui/FileCard.h"
+
+#include "app/AppModel.h"
+#include "ui/Divider.h"
+#include "ui/Formatting.h"
+#include "ui/Icons.h"
+#include "ui/Style.h"
+#include "ui/SymbolLabel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace tarnwick::ui {
+
+FileCard::FileCard(AppModel& model, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model) {
+    setObjectName(QStringLiteral("fileCard"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_filePage = new QWidget(this);
+    auto* page = new QVBoxLayout(m_filePage);
+    page->setContentsMargins(4, 4, 4, 4);
+    page->setSpacing(12);
+    auto* fileRow = new QHBoxLayout;
+    fileRow->setSpacing(12);
+    fileRow->addWidget(new SymbolLabel(QStringLiteral("doc.text.fill"), 28,
+                                       [](const QWidget*) { return style::orange(); }));
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(3);
+    m_name = new QLabel(m_filePage);
+    m_name->setObjectName(QStringLiteral("fileName"));
+    m_name->setFont(style::font(style::TextStyle::Headline, this));
+    m_name->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_size = new QLabel(m_filePage);
+    m_size->setObjectName(QStringLiteral("fileSize"));
+    style::makeSecondary(m_size);
+    texts->addWidget(m_name);
+    texts->addWidget(m_size);
+    fileRow->addLayout(texts, 1);
+    auto* another = new QPushButton(QStringLiteral("Choose Another\u2026"), m_filePage);
+    another->setObjectName(QStringLiteral("chooseAnotherButton"));
+    connect(another, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
+    fileRow->addWidget(another, 0, Qt::AlignVCenter);
+    page->addLayout(fileRow);
+
+    page->addWidget(new Divider(m_filePage));
+
+    auto* reviewRow = new QHBoxLayout;
+    auto* destination =
+        new QLabel(QStringLiteral("Sent uncompressed to /sd/gcodes on the machine"), m_filePage);
+    destination->setObjectName(QStringLiteral("remoteFolderNote"));
+    destination->setFont(style::font(style::TextStyle::Callout, this));
+    style::makeSecondary(destination);
+    reviewRow->addWidget(destination, 1);
+    m_reviewButton = new QPushButton(QStringLiteral("Review Upload"), m_filePage);
+    m_reviewButton->setObjectName(QStringLiteral("reviewButton"));
+    m_reviewButton->setDefault(true);
+    connect(m_reviewButton, &QPushButton::clicked, &m_model, &AppModel::prepareUpload);
+    reviewRow->addWidget(m_reviewButton);
+    page->addLayout(reviewRow);
+    layout->addWidget(m_filePage);
+
+    m_chooseButton =
+        new QPushButton(icons::icon(QStringLiteral("folder")),
+                        QStringLiteral("Choose an .nc, .cnc or .gcode file\u2026"), this);
+    m_chooseButton->setObjectName(QStringLiteral("chooseFileButton"));
+    m_chooseButton->setMinimumHeight(36);
+    connect(m_chooseButton, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
+    layout->addWidget(m_chooseButton);
+
+    connect(&m_model, &AppModel::selectedFileChanged, this, &FileCard::showFile);
+    connect(&m_model, &AppModel::selectedMachineChanged, this, &FileCard::updateReviewButton);
+    connect(&m_model, &AppModel::isUploadingChanged, this, &FileCard::updateReviewButton);
+    showFile();
+}
+
+void FileCard::showFile() {
+    const auto& file = m_model.selectedFile();
+    if (file) {
+        m_name->setText(file->fileName());
+        m_size->setText(byteCount(file->size));
+    }
+    m_filePage->setVisible(file.has_value());
+    m_chooseButton->setVisible(!file);
+    updateReviewButton();
+}
+
+void FileCard::updateReviewButton() {
+    m_reviewButton->setEnabled(m_model.selectedMachine() && m_model.selectedFile() &&
+                               !m_model.isUploading());
+}
+
+} // namespace tarnwick::ui

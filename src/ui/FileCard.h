@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+namespace tarnwick {
+class AppModel;
+}
+
+namespace tarnwick::ui {
+
+// The chosen job file and the way on to the review, or the button that chooses a file.
+class FileCard : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FileCard(AppModel& model, QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    void chooseFileRequested();
+
+private:
+    void showFile();
+    void updateReviewButton();
+
+    AppModel& m_model;
+    QWidget* m_filePage;
+    QPushButton* m_chooseButton;
+    QLabel* m_name;
+    QLabel* m_size;
+    QPushButton* m_reviewButton;
+};
+
+} // namespace tarnwick::ui

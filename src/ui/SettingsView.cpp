@@ -1,0 +1,67 @@
+#include "ui/SettingsView.h"
+
+#include "BuildConfig.h"
+#include "app/SettingsStore.h"
+#include "ui/Style.h"
+#include "ui/ToggleSwitch.h"
+
+#include <QLabel>
+#include <QSettings>
+#include <QVBoxLayout>
+
+namespace tarnwick::ui {
+
+QString SettingsView::explanation(const QString& updateHost) {
+    return QStringLiteral("At launch, Tarnwick asks ") + updateHost +
+           QStringLiteral("/quorle whether a newer version is available. The request carries a "
+                          "random install identifier used only to count installs \u2014 nothing "
+                          "about you or your files is sent.");
+}
+
+bool SettingsView::automaticChecks(const QSettings& store) {
+    const QVariant value = store.value(automaticChecksKey);
+    if (value.typeId() == QMetaType::Bool)
+        return value.toBool();
+    // Text-based stores (INI files) give back the words that a Boolean was written as.
+    if (value.typeId() == QMetaType::QString) {
+        const QString text = value.toString();
+        if (text == QLatin1String("true") || text == QLatin1String("false"))
+            return text == QLatin1String("true");
+    }
+    return true;
+}
+
+SettingsView::SettingsView(std::unique_ptr<QSettings> store, QWidget* parent)
+    : QWidget(parent, Qt::Window)
+    , m_store(store ? std::move(store) : openStandardStore()) {
+    setObjectName(QStringLiteral("settingsView"));
+    setWindowTitle(QStringLiteral("Settings"));
+    setAttribute(Qt::WA_QuitOnClose, false);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(20, 20, 20, 20);
+    layout->setSpacing(8);
+    m_switch = new ToggleSwitch(QStringLiteral("Check for updates automatically"), this);
+    m_switch->setObjectName(QStringLiteral("automaticChecksSwitch"));
+    m_switch->setChecked(automaticChecks(*m_store));
+    connect(m_switch, &ToggleSwitch::toggled, this, [this](bool on) {
+        m_store->setValue(automaticChecksKey, on);
+        m_store->sync();
+    });
+    layout->addWidget(m_switch);
+
+    auto* caption = new QLabel(explanation(QString::fromUtf8(build::updateHost)), this);
+    caption->setObjectName(QStringLiteral("settingsCaption"));
+    caption->setWordWrap(true);
+    caption->setFont(style::font(style::TextStyle::Caption, this));
+    style::makeSecondary(caption);
+    layout->addWidget(caption);
+    layout->addStretch();
+
+    setFixedWidth(400);
+    setFixedHeight(layout->sizeHint().height() + 8);
+}
+
+SettingsView::~SettingsView() = default;
+
+} // namespace tarnwick::ui

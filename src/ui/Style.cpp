@@ -1,0 +1,105 @@
+#include "ui/Style.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QPalette>
+#include <QWidget>
+
+namespace tarnwick::ui::style {
+
+QColor statusColor(Machine::ConnectionStatus status) {
+    switch (status) {
+    case Machine::ConnectionStatus::Discovered:
+        return QColor(0x1E, 0x7C, 0xF2);
+    case Machine::ConnectionStatus::Connecting:
+        // Darker than a pure yellow so the word stays legible on a light background.
+        return QColor(0xD9, 0xA4, 0x00);
+    case Machine::ConnectionStatus::Connected:
+        return green();
+    case Machine::ConnectionStatus::Busy:
+        return orange();
+    case Machine::ConnectionStatus::Unavailable:
+        return QColor(0xE5, 0x3A, 0x30);
+    }
+    return {};
+}
+
+QColor green() {
+    return QColor(0x2B, 0xA8, 0x4A);
+}
+
+QColor orange() {
+    return QColor(0xF0, 0x8A, 0x00);
+}
+
+QColor withAlpha(QColor color, double opacity) {
+    color.setAlphaF(float(opacity));
+    return color;
+}
+
+QColor secondaryText(const QWidget* widget) {
+    const QPalette palette = widget ? widget->palette() : QApplication::palette();
+    const QColor placeholder = palette.color(QPalette::PlaceholderText);
+    if (placeholder.isValid() && placeholder != palette.color(QPalette::WindowText))
+        return placeholder;
+    // Halfway between the text and the window is legible in both appearances.
+    const QColor text = palette.color(QPalette::WindowText);
+    const QColor window = palette.color(QPalette::Window);
+    return QColor((text.red() + window.red()) / 2, (text.green() + window.green()) / 2,
+                  (text.blue() + window.blue()) / 2);
+}
+
+QColor accent(const QWidget* widget) {
+    const QPalette palette = widget ? widget->palette() : QApplication::palette();
+    return palette.color(QPalette::Highlight);
+}
+
+QFont font(TextStyle textStyle, const QWidget* widget) {
+    QFont font = widget ? widget->font() : QApplication::font();
+    const qreal base =
+        QApplication::font().pointSizeF() > 0 ? QApplication::font().pointSizeF() : 10.0;
+    switch (textStyle) {
+    case TextStyle::Body:
+        font.setPointSizeF(base);
+        break;
+    case TextStyle::Headline:
+        font.setPointSizeF(base);
+        font.setWeight(QFont::DemiBold);
+        break;
+    case TextStyle::Title2:
+        font.setPointSizeF(base * 1.35);
+        font.setWeight(QFont::DemiBold);
+        break;
+    case TextStyle::Title3:
+        font.setPointSizeF(base * 1.2);
+        break;
+    case TextStyle::Callout:
+        font.setPointSizeF(base * 0.95);
+        break;
+    case TextStyle::Caption:
+        font.setPointSizeF(base * 0.85);
+        break;
+    }
+    return font;
+}
+
+QFont monospaced(TextStyle textStyle, const QWidget* widget) {
+    QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    mono.setPointSizeF(font(textStyle, widget).pointSizeF());
+    return mono;
+}
+
+void setTextColor(QWidget* widget, const QColor& color) {
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::WindowText, color);
+    palette.setColor(QPalette::Text, color);
+    widget->setPalette(palette);
+}
+
+void makeSecondary(QLabel* label) {
+    // A role rather than a colour, so the text follows a change between light and dark.
+    label->setForegroundRole(QPalette::PlaceholderText);
+}
+
+} // namespace tarnwick::ui::style

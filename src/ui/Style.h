@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/Machine.h"
+
+#include <QColor>
+#include <QFont>
+
+class QWidget;
+class QLabel;
+
+namespace tarnwick::ui {
+
+// The few colours and type sizes the windows share, derived from the palette so that light and
+// dark appearances both read well.
+namespace style {
+
+QColor statusColor(Machine::ConnectionStatus status);
+QColor green();
+QColor orange();
+QColor withAlpha(QColor color, double opacity);
+
+// Secondary text: the palette's placeholder colour, a mid-tone in light and dark palettes.
+QColor secondaryText(const QWidget* widget);
+QColor accent(const QWidget* widget);
+
+enum class TextStyle {
+    Body,
+    Headline,
+    Title2,
+    Title3,
+    Callout,
+    Caption
+};
+QFont font(TextStyle style, const QWidget* widget);
+QFont monospaced(TextStyle style, const QWidget* widget);
+
+void makeSecondary(QLabel* label);
+void setTextColor(QWidget* widget, const QColor& color);
+
+} // namespace style
+} // namespace tarnwick::ui

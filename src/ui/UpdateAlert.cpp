@@ -1,0 +1,73 @@
+#include "ui/UpdateAlert.h"
+
+#include "BuildConfig.h"
+#include "ui/AlertText.h"
+
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace tarnwick::ui {
+
+UpdateAlertContent updateAlertContent(const std::optional<UpdateChecker::Outcome>& outcome,
+                                      const QString& updateHost) {
+    if (!outcome)
+        return noOutcomeAlert();
+    return std::visit(
+        [&](const auto& kind) -> UpdateAlertContent {
+            using Kind = std::decay_t<decltype(kind)>;
+            if constexpr (std::is_same_v<Kind, UpdateChecker::UpdateAvailable>)
+                return updateAvailableAlert(kind.version.description(), kind.url, updateHost);
+            else if constexpr (std::is_same_v<Kind, UpdateChecker::Failed>)
+                return updateFailedAlert(kind.message);
+            else
+                return upToDateAlert();
+        },
+        outcome->kind);
+}
+
+UpdateAlert::UpdateAlert(UpdateChecker& checker, QWidget* window)
+    : QObject(window)
+    , m_checker(checker)
+    , m_window(window) {
+    connect(&m_checker, &UpdateChecker::outcomeChanged, this, &UpdateAlert::showOutcome);
+}
+
+void UpdateAlert::showOutcome() {
+    if (QMessageBox* previous = m_alert) {
+        // A new result replaces the one on screen; the old alert must not clear it.
+        m_alert = nullptr;
+        previous->disconnect(this);
+        previous->close();
+    }
+    if (!m_checker.outcome())
+        return;
+
+    const UpdateAlertContent content =
+        updateAlertContent(m_checker.outcome(), QString::fromUtf8(build::updateHost));
+    auto* alert = new QMessageBox(m_window);
+    alert->setObjectName(QStringLiteral("updateAlert"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setWindowModality(Qt::WindowModal);
+    alert->setIcon(content.downloadUrl ? QMessageBox::Information : QMessageBox::NoIcon);
+    setAlertText(alert, content.title, content.message);
+    QPushButton* download = nullptr;
+    if (content.downloadUrl) {
+        download = alert->addButton(QStringLiteral("Download"), QMessageBox::AcceptRole);
+        download->setObjectName(QStringLiteral("downloadButton"));
+    }
+    QPushButton* dismiss = alert->addButton(content.dismissButton.value_or(QStringLiteral("OK")),
+                                            QMessageBox::RejectRole);
+    alert->setDefaultButton(download ? download : dismiss);
+    alert->setEscapeButton(dismiss);
+    connect(alert, &QMessageBox::finished, this, [this, alert, download, content] {
+        m_alert = nullptr;
+        if (download && alert->clickedButton() == download)
+            QDesktopServices::openUrl(*content.downloadUrl);
+        m_checker.clearOutcome();
+    });
+    m_alert = alert;
+    alert->open();
+}
+
+} // namespace tarnwick::ui

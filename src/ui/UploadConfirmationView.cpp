@@ -1,0 +1,177 @@
+#include "ui/UploadConfirmationView.h"
+
+#include "app/AppModel.h"
+#include "ui/Formatting.h"
+#include "ui/RoundedPanel.h"
+#include "ui/Style.h"
+#include "ui/SymbolLabel.h"
+#include "ui/ToggleSwitch.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace tarnwick::ui {
+
+namespace {
+
+const QString absent = QStringLiteral("\u2014");
+
+QLabel* addDetailRow(QGridLayout* grid, const QString& label, const QString& objectName,
+                     const QFont& valueFont, QWidget* parent) {
+    const int row = grid->rowCount();
+    auto* caption = new QLabel(label, parent);
+    style::makeSecondary(caption);
+    auto* value = new QLabel(parent);
+    value->setObjectName(objectName);
+    value->setFont(valueFont);
+    value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    grid->addWidget(caption, row, 0);
+    grid->addWidget(value, row, 1);
+    return value;
+}
+
+} // namespace
+
+UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
+    : QDialog(parent)
+    , m_model(model) {
+    setObjectName(QStringLiteral("uploadConfirmation"));
+    setWindowTitle(QStringLiteral("Confirm upload"));
+    setWindowModality(Qt::WindowModal);
+#ifdef Q_OS_MACOS
+    setWindowFlag(Qt::Sheet);
+#endif
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 24, 24, 24);
+    layout->setSpacing(20);
+    layout->addWidget(makeTitleRow());
+    layout->addWidget(makeDetails());
+    m_warning = makeWarning();
+    layout->addWidget(m_warning);
+    layout->addStretch();
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    cancel->setObjectName(QStringLiteral("cancelButton"));
+    cancel->setAutoDefault(false);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    buttons->addWidget(cancel);
+    m_uploadButton = new QPushButton(QStringLiteral("Upload"), this);
+    m_uploadButton->setObjectName(QStringLiteral("uploadButton"));
+    m_uploadButton->setDefault(true);
+    connect(m_uploadButton, &QPushButton::clicked, this,
+            [this] { m_model.upload(m_duplicateConfirmed); });
+    buttons->addWidget(m_uploadButton);
+    layout->addLayout(buttons);
+
+    connect(&m_model, &AppModel::selectedMachineChanged, this, &UploadConfirmationView::refresh);
+    connect(&m_model, &AppModel::selectedFileChanged, this, &UploadConfirmationView::refresh);
+    refresh();
+}
+
+QWidget* UploadConfirmationView::makeTitleRow() {
+    auto* row = new QWidget(this);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(12);
+    layout->addWidget(new SymbolLabel(QStringLiteral("arrow.up.doc.fill"), 32, style::accent), 0,
+                      Qt::AlignTop);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    auto* title = new QLabel(QStringLiteral("Confirm upload"), row);
+    title->setObjectName(QStringLiteral("sheetTitle"));
+    title->setFont(style::font(style::TextStyle::Title2, row));
+    auto* note =
+        new QLabel(QStringLiteral("This sends the file only. It will not start a job."), row);
+    note->setObjectName(QStringLiteral("sheetNote"));
+    style::makeSecondary(note);
+    texts->addWidget(title);
+    texts->addWidget(note);
+    layout->addLayout(texts, 1);
+    return row;
+}
+
+QWidget* UploadConfirmationView::makeDetails() {
+    auto* panel = new RoundedPanel(
+        12,
+        [](const QWidget* w) {
+            return style::withAlpha(w->palette().color(QPalette::WindowText), 0.06);
+        },
+        {}, this);
+    panel->setObjectName(QStringLiteral("sheetDetails"));
+    auto* grid = new QGridLayout(panel);
+    grid->setContentsMargins(16, 16, 16, 16);
+    grid->setHorizontalSpacing(20);
+    grid->setVerticalSpacing(12);
+    grid->setColumnStretch(1, 1);
+    QFont medium = style::font(style::TextStyle::Body, this);
+    medium.setWeight(QFont::Medium);
+    const QFont mono = style::monospaced(style::TextStyle::Body, this);
+    m_destination = addDetailRow(grid, QStringLiteral("Destination"),
+                                 QStringLiteral("destinationValue"), medium, panel);
+    m_address =
+        addDetailRow(grid, QStringLiteral("Address"), QStringLiteral("addressValue"), mono, panel);
+    m_fileName = addDetailRow(grid, QStringLiteral("Filename"), QStringLiteral("fileNameValue"),
+                              medium, panel);
+    m_size = addDetailRow(grid, QStringLiteral("Size"), QStringLiteral("sizeValue"),
+                          style::font(style::TextStyle::Body, this), panel);
+    m_remotePath = addDetailRow(grid, QStringLiteral("Remote path"),
+                                QStringLiteral("remotePathValue"), mono, panel);
+    return panel;
+}
+
+QWidget* UploadConfirmationView::makeWarning() {
+    auto* panel = new RoundedPanel(
+        12, [](const QWidget*) { return style::withAlpha(style::orange(), 0.08); }, {}, this);
+    panel->setObjectName(QStringLiteral("duplicateWarning"));
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(14, 14, 14, 14);
+    layout->setSpacing(10);
+    auto* line = new QHBoxLayout;
+    line->setSpacing(8);
+    line->addWidget(new SymbolLabel(QStringLiteral("exclamationmark.triangle.fill"), 16,
+                                    [](const QWidget*) { return style::orange(); }),
+                    0, Qt::AlignTop);
+    auto* text = new QLabel(
+        QStringLiteral("This exact file was uploaded to this machine in the last 24 hours."),
+        panel);
+    text->setObjectName(QStringLiteral("duplicateText"));
+    text->setWordWrap(true);
+    style::setTextColor(text, style::orange());
+    line->addWidget(text, 1);
+    layout->addLayout(line);
+    m_uploadAgain = new ToggleSwitch(QStringLiteral("Upload it again"), panel);
+    m_uploadAgain->setObjectName(QStringLiteral("uploadAgainSwitch"));
+    connect(m_uploadAgain, &ToggleSwitch::toggled, this, [this](bool on) {
+        m_duplicateConfirmed = on;
+        updateUploadButton();
+    });
+    layout->addWidget(m_uploadAgain, 0, Qt::AlignLeft);
+    return panel;
+}
+
+void UploadConfirmationView::refresh() {
+    const auto& machine = m_model.selectedMachine();
+    const auto& file = m_model.selectedFile();
+    m_destination->setText(machine ? machine->name : absent);
+    m_address->setText(machine ? machineAddress(*machine) : absent);
+    m_fileName->setText(file ? file->fileName() : absent);
+    m_size->setText(file ? byteCount(file->size) : absent);
+    m_remotePath->setText(m_model.remotePath().value_or(absent));
+
+    const bool duplicate = m_model.isRecentDuplicate();
+    m_warning->setVisible(duplicate);
+    setFixedSize(sheetWidth, duplicate ? duplicateSheetHeight : sheetHeight);
+    updateUploadButton();
+}
+
+void UploadConfirmationView::updateUploadButton() {
+    m_uploadButton->setEnabled(!m_model.isRecentDuplicate() || m_duplicateConfirmed);
+}
+
+} // namespace tarnwick::ui

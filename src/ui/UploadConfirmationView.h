@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QDialog>
+
+class QLabel;
+class QPushButton;
+
+namespace tarnwick {
+class AppModel;
+}
+
+namespace tarnwick::ui {
+
+class ToggleSwitch;
+
+// The sheet that names destination, file and remote path before an upload, and asks for an
+// explicit "Upload it again" when the same file went to the same machine within a day. It is
+// made anew for every presentation, so the switch always starts off.
+class UploadConfirmationView : public QDialog {
+    Q_OBJECT
+
+public:
+    static constexpr int sheetWidth = 520;
+    static constexpr int sheetHeight = 350;
+    static constexpr int duplicateSheetHeight = 430;
+
+    explicit UploadConfirmationView(AppModel& model, QWidget* parent = nullptr);
+
+    bool duplicateConfirmed() const { return m_duplicateConfirmed; }
+
+private:
+    QWidget* makeTitleRow();
+    QWidget* makeDetails();
+    QWidget* makeWarning();
+    void refresh();
+    void updateUploadButton();
+
+    AppModel& m_model;
+    bool m_duplicateConfirmed = false;
+    QLabel* m_destination = nullptr;
+    QLabel* m_address = nullptr;
+    QLabel* m_fileName = nullptr;
+    QLabel* m_size = nullptr;
+    QLabel* m_remotePath = nullptr;
+    QWidget* m_warning = nullptr;
+    ToggleSwitch* m_uploadAgain = nullptr;
+    QPushButton* m_uploadButton = nullptr;
+};
+
+} // namespace tarnwick::ui

@@ -1,0 +1,214 @@
+// Renders the windows in their key states, over fake services, to PNG files: the main window
+// (empty, machines listed, file chosen, uploading, complete, failed), the confirmation sheet with
+// and without the duplicate warning, About and Settings, each in a light and a dark palette.
+// With --icons DIR it renders the application icon at the sizes desktops ask for instead.
+
+#include "../UiHarness.h"
+#include "ui/AboutView.h"
+#include "ui/ContentView.h"
+#include "ui/Icons.h"
+#include "ui/SettingsView.h"
+#include "ui/UploadConfirmationView.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTest>
+#include <QTextStream>
+
+using namespace tarnwick;
+using namespace tarnwick::testing;
+using namespace tarnwick::ui;
+
+namespace {
+
+QPalette lightPalette() {
+    QPalette palette = QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+    palette.setColor(QPalette::Window, QColor(0xF2, 0xF2, 0xF4));
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Highlight, QColor(0x1F, 0x6F, 0xE0));
+    palette.setColor(QPalette::PlaceholderText, QColor(0x80, 0x80, 0x86));
+    return palette;
+}
+
+QPalette darkPalette() {
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(0x26, 0x26, 0x28));
+    palette.setColor(QPalette::WindowText, QColor(0xEC, 0xEC, 0xEE));
+    palette.setColor(QPalette::Base, QColor(0x1C, 0x1C, 0x1E));
+    palette.setColor(QPalette::AlternateBase, QColor(0x2E, 0x2E, 0x30));
+    palette.setColor(QPalette::Text, QColor(0xEC, 0xEC, 0xEE));
+    palette.setColor(QPalette::Button, QColor(0x3A, 0x3A, 0x3C));
+    palette.setColor(QPalette::ButtonText, QColor(0xEC, 0xEC, 0xEE));
+    palette.setColor(QPalette::Highlight, QColor(0x3A, 0x86, 0xF0));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, QColor(0x98, 0x98, 0x9E));
+    palette.setColor(QPalette::ToolTipBase, QColor(0x3A, 0x3A, 0x3C));
+    palette.setColor(QPalette::ToolTipText, QColor(0xEC, 0xEC, 0xEE));
+    palette.setColor(QPalette::Light, QColor(0x4A, 0x4A, 0x4C));
+    palette.setColor(QPalette::Midlight, QColor(0x3E, 0x3E, 0x40));
+    palette.setColor(QPalette::Mid, QColor(0x55, 0x55, 0x58));
+    palette.setColor(QPalette::Dark, QColor(0x18, 0x18, 0x1A));
+    palette.setColor(QPalette::Shadow, Qt::black);
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(0x70, 0x70, 0x74));
+    return palette;
+}
+
+class Shooter {
+public:
+    Shooter(QString folder, QString appearance)
+        : m_folder(std::move(folder))
+        , m_appearance(std::move(appearance)) {}
+
+    void save(const QImage& image, const QString& name) {
+        const QString path = m_folder + QLatin1Char('/') + name + QLatin1Char('-') + m_appearance +
+                             QStringLiteral(".png");
+        if (!image.save(path))
+            qFatal("cannot write %s", qPrintable(path));
+        QTextStream(stdout) << path << '\n';
+    }
+
+    // The window with a dialog drawn over its upper middle, the way a sheet or alert appears.
+    static QImage withDialog(QWidget* window, QWidget* dialog) {
+        QImage image = window->grab().toImage();
+        QPainter painter(&image);
+        painter.fillRect(image.rect(), QColor(0, 0, 0, 60));
+        const QImage front = dialog->grab().toImage();
+        const QPoint at((image.width() - front.width()) / 2, 40);
+        painter.fillRect(QRect(at, front.size()).adjusted(-1, -1, 1, 1), QColor(0, 0, 0, 90));
+        painter.drawImage(at, front);
+        return image;
+    }
+
+private:
+    QString m_folder;
+    QString m_appearance;
+};
+
+void settle() {
+    QTest::qWait(30);
+}
+
+void shootAppearance(const QString& folder, const QString& appearance, const QPalette& palette) {
+    QApplication::setPalette(palette);
+    Shooter shooter(folder, appearance);
+    UiHarness h;
+    ContentView window(*h.model);
+    window.resize(1080, 760);
+    window.show();
+    if (!QTest::qWaitForWindowExposed(&window))
+        qFatal("the window did not appear");
+    FakeScan* scan = h.discoverer->scans.last();
+    Q_EMIT scan->finished();
+    settle();
+    shooter.save(window.grab().toImage(), QStringLiteral("main-empty"));
+
+    h.model->discover();
+    scan = h.discoverer->scans.last();
+    const Machine workshop{QStringLiteral("Workshop Carvera"), QStringLiteral("C1"),
+                           QStringLiteral("192.168.1.40"), 2222,
+                           Machine::ConnectionStatus::Discovered};
+    Q_EMIT scan->machineFound(workshop);
+    Q_EMIT scan->machineFound(UiHarness::machine(QStringLiteral("Garage Air"),
+                                                 QStringLiteral("192.168.1.52"), 2222,
+                                                 Machine::ConnectionStatus::Busy));
+    Q_EMIT scan->machineFound(
+        UiHarness::machine(QStringLiteral("Lab CNC"), QStringLiteral("192.168.1.77")));
+    Q_EMIT scan->finished();
+    h.model->selectMachine(workshop);
+    Q_EMIT h.connector->checks.last()->finished();
+    settle();
+    shooter.save(window.grab().toImage(), QStringLiteral("main-machines"));
+
+    const QStringList older{QStringLiteral("bracket-v2.nc"), QStringLiteral("lid-engrave.cnc"),
+                            QStringLiteral("sign-2mm-flat.gcode"), QStringLiteral("coaster.nc")};
+    qint64 size = 48'000;
+    for (const QString& name : older)
+        h.model->chooseFile(h.jobFile(name, size *= 3));
+    const JobFile job = h.jobFile(QStringLiteral("walnut-tray-roughing.nc"), 3'870'000'000);
+    h.model->chooseFile(job);
+    settle();
+    shooter.save(window.grab().toImage(), QStringLiteral("main-file"));
+
+    h.model->prepareUpload();
+    settle();
+    auto* sheet = visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation"));
+    shooter.save(Shooter::withDialog(&window, sheet), QStringLiteral("sheet"));
+    sheet->reject();
+    settle();
+
+    h.model->persistence().recordUpload(
+        UploadRecord{workshop.id(), job.id(), job.size, QDateTime::currentDateTimeUtc()});
+    h.model->prepareUpload();
+    settle();
+    sheet = visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation"));
+    shooter.save(Shooter::withDialog(&window, sheet), QStringLiteral("sheet-duplicate"));
+
+    h.model->upload(true);
+    FakeUploader* uploader = h.uploaders.last();
+    Q_EMIT uploader->progress(
+        {TransferProgress::Phase::Uploading, 1'412'000'000, job.size, 7'400'000});
+    settle();
+    shooter.save(window.grab().toImage(), QStringLiteral("main-uploading"));
+
+    Q_EMIT uploader->progress({TransferProgress::Phase::Completed, job.size, job.size, 7'350'000});
+    Q_EMIT uploader->finished();
+    settle();
+    shooter.save(window.grab().toImage(), QStringLiteral("main-complete"));
+
+    h.model->upload(true);
+    uploader = h.uploaders.last();
+    Q_EMIT uploader->progress(
+        {TransferProgress::Phase::Uploading, 220'000'000, job.size, 6'900'000});
+    Q_EMIT uploader->failed(UploadError::timedOut());
+    settle();
+    auto* alert = visibleWindow<QMessageBox>(QStringLiteral("errorAlert"));
+    shooter.save(Shooter::withDialog(&window, alert), QStringLiteral("main-failed"));
+    alert->close();
+
+    AboutView about;
+    about.show();
+    settle();
+    shooter.save(about.grab().toImage(), QStringLiteral("about"));
+
+    QTemporaryDir settingsDir;
+    SettingsView settings(temporaryStore(settingsDir));
+    settings.show();
+    settle();
+    shooter.save(settings.grab().toImage(), QStringLiteral("settings"));
+}
+
+int renderIcons(const QString& folder) {
+    QDir().mkpath(folder);
+    for (int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
+        const QString path = QStringLiteral("%1/tarnwick-%2.png").arg(folder).arg(size);
+        if (!icons::applicationIcon().pixmap(size, size).save(path))
+            return 1;
+        QTextStream(stdout) << path << '\n';
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() == 3 && arguments[1] == QLatin1String("--icons"))
+        return renderIcons(arguments[2]);
+    if (arguments.size() != 2) {
+        QTextStream(stderr) << "usage: tarnwick-screenshots FOLDER | --icons FOLDER\n";
+        return 2;
+    }
+    QDir().mkpath(arguments[1]);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+    shootAppearance(arguments[1], QStringLiteral("light"), lightPalette());
+    shootAppearance(arguments[1], QStringLiteral("dark"), darkPalette());
+    return 0;
+}
