@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <numeric>
+#include <thread>
 
 namespace tarnwick::sim {
 
@@ -314,8 +315,15 @@ void SimConnection::endUpload() {
 void SimConnection::request(MakeraPacket packet) {
     if (m_options.latencyMs <= 0)
         return writeFrame(packet);
-    QTimer::singleShot(m_options.latencyMs, this,
-                       [this, packet = std::move(packet)] { writeFrame(packet); });
+    // Event-loop timers fire up to a millisecond late; the last stretch is slept so that the
+    // latency is what was asked for, also when it is only a few milliseconds.
+    const auto deadline =
+        std::chrono::steady_clock::now() + std::chrono::milliseconds(m_options.latencyMs);
+    QTimer::singleShot(m_options.latencyMs - 1, Qt::PreciseTimer, this,
+                       [this, deadline, packet = std::move(packet)] {
+                           std::this_thread::sleep_until(deadline);
+                           writeFrame(packet);
+                       });
 }
 
 void SimConnection::writeFrame(const MakeraPacket& packet) {
