@@ -130,8 +130,14 @@ int server(const char* outputPath, int latencyMs) {
     size_t size = 0;
     QCryptographicHash hash(QCryptographicHash::Md5);
     for (quint32 n = 1; n <= count; ++n) {
-        if (latencyMs > 0)
-            std::this_thread::sleep_for(std::chrono::milliseconds(latencyMs));
+        if (latencyMs > 0) {
+            // The simulator's precise wait: sleep, then spin the last moments.
+            const auto deadline =
+                std::chrono::steady_clock::now() + std::chrono::milliseconds(latencyMs);
+            std::this_thread::sleep_until(deadline - std::chrono::microseconds(200));
+            while (std::chrono::steady_clock::now() < deadline) {
+            }
+        }
         unsigned char number[4];
         put32(number, n);
         writeAll(fd, request, frame(request, fileData, number, 4));

@@ -34,6 +34,9 @@ void printUsage(QTextStream& stream) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    // Qt's own event loop answers each request sooner than GLib's (about a tenth of the upload
+    // rate on loopback), and nothing here needs GLib.
+    qputenv("QT_NO_GLIB", "1");
     QCoreApplication app(argc, argv);
     setApplicationIdentity();
 

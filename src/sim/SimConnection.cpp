@@ -19,6 +19,7 @@ namespace tarnwick::sim {
 namespace {
 
 constexpr qsizetype pieceSize = 3;
+constexpr std::chrono::microseconds wakeUpAllowance{200};
 const QByteArray noiseBytes = QByteArrayLiteral("\x00\x11\x55\xAA\x86");
 const QByteArray uploadPrefix = QByteArrayLiteral("upload /sd/gcodes/");
 
@@ -315,13 +316,16 @@ void SimConnection::endUpload() {
 void SimConnection::request(MakeraPacket packet) {
     if (m_options.latencyMs <= 0)
         return writeFrame(packet);
-    // Event-loop timers fire up to a millisecond late; the last stretch is slept so that the
-    // latency is what was asked for, also when it is only a few milliseconds.
+    // Event-loop timers fire up to a millisecond late and a sleeping thread wakes a little late
+    // too: the last stretch is slept and its final moments spun, so that the latency is what was
+    // asked for, also over thousands of requests of a few milliseconds each.
     const auto deadline =
         std::chrono::steady_clock::now() + std::chrono::milliseconds(m_options.latencyMs);
     QTimer::singleShot(m_options.latencyMs - 1, Qt::PreciseTimer, this,
                        [this, deadline, packet = std::move(packet)] {
-                           std::this_thread::sleep_until(deadline);
+                           std::this_thread::sleep_until(deadline - wakeUpAllowance);
+                           while (std::chrono::steady_clock::now() < deadline) {
+                           }
                            writeFrame(packet);
                        });
 }

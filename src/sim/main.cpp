@@ -11,6 +11,8 @@
 using namespace tarnwick::sim;
 
 int main(int argc, char* argv[]) {
+    // Qt's own event loop answers each request sooner than GLib's, and nothing here needs GLib.
+    qputenv("QT_NO_GLIB", "1");
     QCoreApplication app(argc, argv);
     const std::optional<SimOptions> options = parseOptions(QCoreApplication::arguments());
     if (!options)
