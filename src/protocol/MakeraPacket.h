@@ -32,6 +32,12 @@ enum class MakeraPacketType : quint8 {
 
 std::optional<MakeraPacketType> makeraPacketType(quint8 rawValue);
 
+// The packets that carry a file transfer once it is open; with every other type the machine
+// talks about itself, or is told to do something.
+constexpr bool isTransferPacket(MakeraPacketType type) {
+    return type >= MakeraPacketType::FileMD5 && type <= MakeraPacketType::FileRetry;
+}
+
 // Frame layout: 86 68, length L (big-endian, = 1 + payload + 2), type, payload, checksum over the
 // length field, type and payload (big-endian), 55 AA. A frame is L + 6 bytes long.
 namespace MakeraFrame {

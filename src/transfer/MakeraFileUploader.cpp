@@ -27,24 +27,6 @@ std::optional<QString> utf8Text(const QByteArray& bytes) {
     return text;
 }
 
-// Packets through which the machine talks about itself rather than about the transfer.
-bool isInformation(MakeraPacketType type) {
-    switch (type) {
-    case MakeraPacketType::StatusResponse:
-    case MakeraPacketType::DiagnosticResponse:
-    case MakeraPacketType::LoadInfo:
-    case MakeraPacketType::LoadFinished:
-    case MakeraPacketType::LoadError:
-    case MakeraPacketType::NormalInfo:
-    case MakeraPacketType::ControlSingle:
-    case MakeraPacketType::ControlMulti:
-    case MakeraPacketType::FileStart:
-        return true;
-    default:
-        return false;
-    }
-}
-
 const MakeraPacket cancelPacket{MakeraPacketType::FileCancel, {}};
 
 } // namespace
@@ -210,7 +192,7 @@ void MakeraFileUploader::awaitRequest() {
 }
 
 void MakeraFileUploader::answer(const MakeraPacket& packet) {
-    if (isInformation(packet.type)) {
+    if (!isTransferPacket(packet.type)) {
         if (const std::optional<QString> text = utf8Text(packet.payload)) {
             if (const QString trimmed = text->trimmed(); !trimmed.isEmpty())
                 qCDebug(uploadLog, "Machine: %s", qUtf8Printable(trimmed));
