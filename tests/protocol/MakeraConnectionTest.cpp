@@ -149,6 +149,10 @@ private Q_SLOTS:
     }
     void connectFails() {
         QFETCH(bool, silent);
+#ifndef Q_OS_LINUX
+        if (silent)
+            QSKIP("Only Linux drops the handshakes that a full accept queue cannot take.");
+#endif
         // A listener that never accepts, its queue filled: further handshakes go unanswered.
         QTcpServer silentServer;
         silentServer.setListenBacklogSize(0);
