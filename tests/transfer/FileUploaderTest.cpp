@@ -89,6 +89,38 @@ private:
     QElapsedTimer m_clock;
 };
 
+// Runs one uploader with the quick timings to its end (or the recorder's bound).
+Outcome uploadToTheEnd(const JobFile& file, const Machine& machine) {
+    MakeraFileUploader uploader(quickTimings());
+    Recorder recorder(uploader);
+    uploader.upload(file, machine);
+    recorder.waitUntilEnded();
+    return recorder.outcome;
+}
+
+// An uploader with a recorder, sending to a simulated machine of its own.
+struct SimUpload {
+    explicit SimUpload(const QStringList& simArguments = {}, UploadTimings timings = quickTimings())
+        : sim(simArguments)
+        , port(sim.waitUntilListening())
+        , uploader(timings)
+        , recorder(uploader) {}
+
+    // False when the simulated machine never started listening.
+    bool start(const QString& name, const QByteArray& content) {
+        uploader.upload(jobFile(dir, name, content), simMachine(port));
+        return port != 0;
+    }
+    const Outcome& outcome() const { return recorder.outcome; }
+    const Error& error() const { return *recorder.outcome.error; }
+
+    SimProcess sim;
+    const quint16 port;
+    QTemporaryDir dir;
+    MakeraFileUploader uploader;
+    Recorder recorder;
+};
+
 // The uploader's log lines, captured while an object of this type exists.
 class LogCapture {
 public:
@@ -182,21 +214,15 @@ private Q_SLOTS:
     void storesTheFileDespiteFaults() {
         QFETCH(QStringList, simArguments);
         QFETCH(qsizetype, size);
-        SimProcess sim(simArguments);
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
-        QTemporaryDir dir;
+        SimUpload upload(simArguments);
         const QByteArray content = patterned(size);
-        MakeraFileUploader uploader(quickTimings());
-        Recorder recorder(uploader);
-        uploader.upload(jobFile(dir, QStringLiteral("part.nc"), content), simMachine(port));
-        QVERIFY(recorder.waitUntilEnded());
+        QVERIFY(upload.start(QStringLiteral("part.nc"), content));
+        QVERIFY(upload.recorder.waitUntilEnded());
 
-        QVERIFY2(recorder.outcome.finished, recorder.outcome.error
-                                                ? qPrintable(recorder.outcome.error->description())
-                                                : "no outcome");
-        QCOMPARE(sim.stored(QStringLiteral("part.nc")), content);
-        const QList<TransferProgress>& values = recorder.outcome.progress;
+        QVERIFY2(upload.outcome().finished,
+                 upload.outcome().error ? qPrintable(upload.error().description()) : "no outcome");
+        QCOMPARE(upload.sim.stored(QStringLiteral("part.nc")), content);
+        const QList<TransferProgress>& values = upload.outcome().progress;
         QCOMPARE(values.first(),
                  (TransferProgress{TransferProgress::Phase::Preparing, 0, size, 0}));
         QCOMPARE(values.last(),
@@ -205,7 +231,7 @@ private Q_SLOTS:
         QCOMPARE(values[values.size() - 2].bytesSent, size);
         QVERIFY(values[values.size() - 2].bytesPerSecond > 0);
         // The probe, the opening and never a cancel packet.
-        const QStringList types = sim.loggedTypes();
+        const QStringList types = upload.sim.loggedTypes();
         QCOMPARE(types.mid(0, 3),
                  (QStringList{QStringLiteral("controlMulti"), QStringLiteral("fileStart"),
                               QStringLiteral("fileMD5")}));
@@ -240,28 +266,22 @@ private Q_SLOTS:
         QFETCH(QStringList, simArguments);
         QFETCH(Error, error);
         QFETCH(bool, cancelPacketSent);
-        SimProcess sim(simArguments);
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
-        QTemporaryDir dir;
-        MakeraFileUploader uploader(quickTimings());
-        Recorder recorder(uploader);
+        SimUpload upload(simArguments);
         LogCapture log;
-        uploader.upload(jobFile(dir, QStringLiteral("part.nc"), patterned(40000)),
-                        simMachine(port));
-        QVERIFY(recorder.waitUntilEnded());
+        QVERIFY(upload.start(QStringLiteral("part.nc"), patterned(40000)));
+        QVERIFY(upload.recorder.waitUntilEnded());
 
-        QVERIFY(!recorder.outcome.finished);
-        QCOMPARE(*recorder.outcome.error, error);
-        QVERIFY(sim.storedNames().isEmpty());
+        QVERIFY(!upload.outcome().finished);
+        QCOMPARE(upload.error(), error);
+        QVERIFY(upload.sim.storedNames().isEmpty());
         if (cancelPacketSent) {
-            QTRY_VERIFY_WITH_TIMEOUT(sim.loggedTypes().contains(QStringLiteral("fileCancel")),
-                                     3000);
+            QTRY_VERIFY_WITH_TIMEOUT(
+                upload.sim.loggedTypes().contains(QStringLiteral("fileCancel")), 3000);
             QVERIFY(log.lines().contains(
                 QStringLiteral("Transfer ended waiting for the machine: ") + error.description()));
         } else {
             QTest::qWait(100);
-            QVERIFY(!sim.loggedTypes().contains(QStringLiteral("fileCancel")));
+            QVERIFY(!upload.sim.loggedTypes().contains(QStringLiteral("fileCancel")));
         }
         if (error == machineCancelled) {
             const QStringList lines = log.lines();
@@ -272,21 +292,16 @@ private Q_SLOTS:
     }
 
     void logsTheUploadAndTheReportedFileType() {
-        SimProcess sim({QStringLiteral("--ftype"), QStringLiteral("abc1"),
-                        QStringLiteral("--chatter-ms"), QStringLiteral("30")});
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
-        QTemporaryDir dir;
+        SimUpload upload({QStringLiteral("--ftype"), QStringLiteral("abc1"),
+                          QStringLiteral("--chatter-ms"), QStringLiteral("30")});
         const QByteArray content = patterned(20000);
-        MakeraFileUploader uploader(quickTimings());
-        Recorder recorder(uploader);
         LogCapture log;
-        uploader.upload(jobFile(dir, QStringLiteral("my part.nc"), content), simMachine(port));
-        QVERIFY(recorder.waitUntilEnded());
-        QVERIFY(recorder.outcome.finished);
+        QVERIFY(upload.start(QStringLiteral("my part.nc"), content));
+        QVERIFY(upload.recorder.waitUntilEnded());
+        QVERIFY(upload.outcome().finished);
 
         const QStringList lines = log.lines();
-        QCOMPARE(lines.first(), QStringLiteral("Connecting to 127.0.0.1:%1").arg(port));
+        QCOMPARE(lines.first(), QStringLiteral("Connecting to 127.0.0.1:%1").arg(upload.port));
         QVERIFY(
             lines.contains(QStringLiteral("Machine reports ftype = abc1; sending uncompressed")));
         QVERIFY(lines.contains(QStringLiteral("Uploading 20000 bytes to /sd/gcodes/my part.nc in 3 "
@@ -301,19 +316,14 @@ private Q_SLOTS:
         UploadTimings timings;
         timings.openingPause = std::chrono::milliseconds(10);
         for (const bool chatter : {false, true}) {
-            SimProcess sim(chatter
-                               ? QStringList{QStringLiteral("--chatter-ms"), QStringLiteral("100")}
-                               : QStringList());
-            const quint16 port = sim.waitUntilListening();
-            QVERIFY(port != 0);
-            QTemporaryDir dir;
-            MakeraFileUploader uploader(timings);
-            Recorder recorder(uploader);
+            SimUpload upload(
+                chatter ? QStringList{QStringLiteral("--chatter-ms"), QStringLiteral("100")}
+                        : QStringList(),
+                timings);
             LogCapture log;
-            uploader.upload(jobFile(dir, QStringLiteral("part.nc"), patterned(100)),
-                            simMachine(port));
-            QVERIFY(recorder.waitUntilEnded());
-            QVERIFY(recorder.outcome.finished);
+            QVERIFY(upload.start(QStringLiteral("part.nc"), patterned(100)));
+            QVERIFY(upload.recorder.waitUntilEnded());
+            QVERIFY(upload.outcome().finished);
             const qint64 probed = log.loggedAt(QStringLiteral("Machine did not report ftype")) -
                                   log.loggedAt(QStringLiteral("Connecting to"));
             if (chatter) {
@@ -332,11 +342,7 @@ private Q_SLOTS:
         for (const QString& name : {QStringLiteral("my part.nc"), QStringLiteral("a b?.gcode"),
                                     QStringLiteral("x*!~ y.cnc")}) {
             const QByteArray content = patterned(9000, int(name.size()));
-            MakeraFileUploader uploader(quickTimings());
-            Recorder recorder(uploader);
-            uploader.upload(jobFile(dir, name, content), simMachine(port));
-            QVERIFY(recorder.waitUntilEnded());
-            QVERIFY(recorder.outcome.finished);
+            QVERIFY(uploadToTheEnd(jobFile(dir, name, content), simMachine(port)).finished);
             QCOMPARE(sim.stored(name), content);
         }
     }
@@ -347,29 +353,21 @@ private Q_SLOTS:
         QVERIFY(port != 0);
         QTemporaryDir dir;
 
-        MakeraFileUploader backslash(quickTimings());
-        Recorder refused(backslash);
-        backslash.upload(jobFile(dir, QStringLiteral("a\\b.nc"), "G0\n"), simMachine(port));
-        QVERIFY(refused.waitUntilEnded());
-        QCOMPARE(*refused.outcome.error, Error(UploadError::rejected(QStringLiteral(
-                                             "The filename contains a path separator."))));
+        const Outcome backslash =
+            uploadToTheEnd(jobFile(dir, QStringLiteral("a\\b.nc"), "G0\n"), simMachine(port));
+        QCOMPARE(backslash.error, Error(UploadError::rejected(
+                                      QStringLiteral("The filename contains a path separator."))));
 
-        MakeraFileUploader empty(quickTimings());
-        Recorder emptyRecorder(empty);
-        empty.upload(jobFile(dir, QStringLiteral("empty.nc"), QByteArray()), simMachine(port));
-        QVERIFY(emptyRecorder.waitUntilEnded());
-        QCOMPARE(*emptyRecorder.outcome.error,
-                 Error(UploadError::rejected(QStringLiteral("empty.nc is empty."))));
-        QVERIFY(emptyRecorder.outcome.progress.isEmpty());
+        const Outcome empty = uploadToTheEnd(jobFile(dir, QStringLiteral("empty.nc"), QByteArray()),
+                                             simMachine(port));
+        QCOMPARE(empty.error, Error(UploadError::rejected(QStringLiteral("empty.nc is empty."))));
+        QVERIFY(empty.progress.isEmpty());
 
         const JobFile gone = jobFile(dir, QStringLiteral("gone.nc"), "G0\n");
         QVERIFY(QFile::remove(gone.url.toLocalFile()));
-        MakeraFileUploader missing(quickTimings());
-        Recorder missingRecorder(missing);
-        missing.upload(gone, simMachine(port));
-        QVERIFY(missingRecorder.waitUntilEnded());
-        QVERIFY(missingRecorder.outcome.error->is<PlatformError>());
-        QVERIFY(missingRecorder.outcome.progress.isEmpty());
+        const Outcome missing = uploadToTheEnd(gone, simMachine(port));
+        QVERIFY(missing.error && missing.error->is<PlatformError>());
+        QVERIFY(missing.progress.isEmpty());
 
         QTest::qWait(100);
         QCOMPARE(sim.loggedPackets(), QStringList());
@@ -379,11 +377,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const JobFile file = jobFile(dir, QStringLiteral("part.nc"), "G0\n");
 
-        MakeraFileUploader portZero(quickTimings());
-        Recorder zero(portZero);
-        portZero.upload(file, simMachine(0));
-        QVERIFY(zero.waitUntilEnded());
-        QCOMPARE(*zero.outcome.error,
+        QCOMPARE(uploadToTheEnd(file, simMachine(0)).error,
                  Error(UploadError::rejected(QStringLiteral("0 is not a usable TCP port."))));
 
         // A port that nothing listens on.
@@ -391,62 +385,49 @@ private Q_SLOTS:
         QVERIFY(server.listen(QHostAddress::LocalHost, 0));
         const quint16 closedPort = server.serverPort();
         server.close();
-        MakeraFileUploader refused(quickTimings());
-        Recorder refusedRecorder(refused);
-        refused.upload(file, simMachine(closedPort));
-        QVERIFY(refusedRecorder.waitUntilEnded());
-        QVERIFY(refusedRecorder.outcome.error->is<PlatformError>());
-        QCOMPARE(refusedRecorder.outcome.progress.size(), 1);
+        const Outcome refused = uploadToTheEnd(file, simMachine(closedPort));
+        QVERIFY(refused.error && refused.error->is<PlatformError>());
+        QCOMPARE(refused.progress.size(), 1);
     }
 
     void cancelDuringTheProbeSendsNoFileStart() {
-        SimProcess sim;
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
-        QTemporaryDir dir;
         UploadTimings timings = quickTimings();
         timings.probePacket = std::chrono::milliseconds(5000);
         timings.probeOverall = std::chrono::milliseconds(8000);
-        MakeraFileUploader uploader(timings);
-        Recorder recorder(uploader);
+        SimUpload upload({}, timings);
         LogCapture log;
-        uploader.upload(jobFile(dir, QStringLiteral("part.nc"), patterned(20000)),
-                        simMachine(port));
-        QTRY_VERIFY_WITH_TIMEOUT(sim.loggedTypes().contains(QStringLiteral("controlMulti")), 5000);
-        uploader.cancel();
-        QVERIFY(recorder.waitUntilEnded(2000));
-        QCOMPARE(*recorder.outcome.error, Error(UploadError::cancelled()));
-        QCOMPARE(recorder.outcome.error->description(),
-                 QStringLiteral("The upload was cancelled."));
+        QVERIFY(upload.start(QStringLiteral("part.nc"), patterned(20000)));
+        QTRY_VERIFY_WITH_TIMEOUT(upload.sim.loggedTypes().contains(QStringLiteral("controlMulti")),
+                                 5000);
+        upload.uploader.cancel();
+        QVERIFY(upload.recorder.waitUntilEnded(2000));
+        QCOMPARE(upload.error(), Error(UploadError::cancelled()));
+        QCOMPARE(upload.error().description(), QStringLiteral("The upload was cancelled."));
         QTRY_COMPARE_WITH_TIMEOUT(
-            sim.loggedTypes(),
+            upload.sim.loggedTypes(),
             (QStringList{QStringLiteral("controlMulti"), QStringLiteral("fileCancel")}), 3000);
         QVERIFY(log.lines().contains(
             QStringLiteral("Machine did not report ftype; sending uncompressed")));
     }
 
     void cancelDuringTheTransferWakesTheWait() {
-        SimProcess sim({QStringLiteral("--ftype"), QStringLiteral("x"),
-                        QStringLiteral("--latency-ms"), QStringLiteral("300")});
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
-        QTemporaryDir dir;
-        MakeraFileUploader uploader(quickTimings());
-        Recorder recorder(uploader);
+        SimUpload upload({QStringLiteral("--ftype"), QStringLiteral("x"),
+                          QStringLiteral("--latency-ms"), QStringLiteral("300")});
         LogCapture log;
-        uploader.upload(jobFile(dir, QStringLiteral("part.nc"), patterned(100000)),
-                        simMachine(port));
-        QTRY_VERIFY_WITH_TIMEOUT(sim.loggedTypes().contains(QStringLiteral("fileData")), 8000);
+        QVERIFY(upload.start(QStringLiteral("part.nc"), patterned(100000)));
+        QTRY_VERIFY_WITH_TIMEOUT(upload.sim.loggedTypes().contains(QStringLiteral("fileData")),
+                                 8000);
         QElapsedTimer clock;
         clock.start();
-        uploader.cancel();
-        QVERIFY(recorder.waitUntilEnded(2000));
+        upload.uploader.cancel();
+        QVERIFY(upload.recorder.waitUntilEnded(2000));
         QVERIFY(clock.elapsed() < 250);
-        QCOMPARE(*recorder.outcome.error, Error(UploadError::cancelled()));
+        QCOMPARE(upload.error(), Error(UploadError::cancelled()));
         QVERIFY(log.lines().contains(
             QStringLiteral("Transfer ended waiting for the machine: The upload was cancelled.")));
-        QTRY_COMPARE_WITH_TIMEOUT(sim.loggedTypes().last(), QStringLiteral("fileCancel"), 3000);
-        QVERIFY(sim.storedNames().isEmpty());
+        QTRY_COMPARE_WITH_TIMEOUT(upload.sim.loggedTypes().last(), QStringLiteral("fileCancel"),
+                                  3000);
+        QVERIFY(upload.sim.storedNames().isEmpty());
     }
 
     void destroyingARunningUploaderTellsTheMachine() {
@@ -482,24 +463,20 @@ private Q_SLOTS:
     }
 
     void progressIsThrottledButTheWholeFileIsAlwaysReported() {
-        SimProcess sim({QStringLiteral("--ftype"), QStringLiteral("x"),
-                        QStringLiteral("--latency-ms"), QStringLiteral("1")});
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
-        QTemporaryDir dir;
+        SimUpload upload({QStringLiteral("--ftype"), QStringLiteral("x"),
+                          QStringLiteral("--latency-ms"), QStringLiteral("1")});
         const qsizetype size = 300 * 8192 + 5;
-        MakeraFileUploader uploader(quickTimings());
-        Recorder recorder(uploader);
-        uploader.upload(jobFile(dir, QStringLiteral("big.nc"), patterned(size)), simMachine(port));
-        QVERIFY(recorder.waitUntilEnded(30000));
-        QVERIFY(recorder.outcome.finished);
+        QVERIFY(upload.start(QStringLiteral("big.nc"), patterned(size)));
+        QVERIFY(upload.recorder.waitUntilEnded(30000));
+        QVERIFY(upload.outcome().finished);
 
+        const Outcome& outcome = upload.outcome();
         QList<TransferProgress> uploading;
         QList<qint64> at;
-        for (qsizetype i = 0; i < recorder.outcome.progress.size(); ++i) {
-            if (recorder.outcome.progress[i].phase == TransferProgress::Phase::Uploading) {
-                uploading.append(recorder.outcome.progress[i]);
-                at.append(recorder.outcome.progressAtMs[i]);
+        for (qsizetype i = 0; i < outcome.progress.size(); ++i) {
+            if (outcome.progress[i].phase == TransferProgress::Phase::Uploading) {
+                uploading.append(outcome.progress[i]);
+                at.append(outcome.progressAtMs[i]);
             }
         }
         // 301 replies went out; a value came at most every 50 ms, and the last at once.
@@ -511,7 +488,7 @@ private Q_SLOTS:
             QVERIFY(uploading[i].bytesSent >= uploading[i - 1].bytesSent);
         QCOMPARE(uploading.last().bytesSent, size);
         QCOMPARE(uploading.last().totalBytes, size);
-        QCOMPARE(recorder.outcome.progress.last().phase, TransferProgress::Phase::Completed);
+        QCOMPARE(outcome.progress.last().phase, TransferProgress::Phase::Completed);
     }
 
     void theModelUploadsThroughTheFactoryAndCancels() {
@@ -548,25 +525,22 @@ private Q_SLOTS:
     }
 
     void realSilenceTimesOutAfterNineSeconds() {
-        SimProcess sim({QStringLiteral("--ftype"), QStringLiteral("x"),
-                        QStringLiteral("--silent-after"), QStringLiteral("1")});
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
-        QTemporaryDir dir;
-        MakeraFileUploader uploader;
-        Recorder recorder(uploader);
+        SimUpload upload({QStringLiteral("--ftype"), QStringLiteral("x"),
+                          QStringLiteral("--silent-after"), QStringLiteral("1")},
+                         UploadTimings());
         LogCapture log;
-        uploader.upload(jobFile(dir, QStringLiteral("part.nc"), patterned(20000)),
-                        simMachine(port));
-        QTRY_VERIFY_WITH_TIMEOUT(sim.loggedTypes().contains(QStringLiteral("fileData")), 5000);
+        QVERIFY(upload.start(QStringLiteral("part.nc"), patterned(20000)));
+        QTRY_VERIFY_WITH_TIMEOUT(upload.sim.loggedTypes().contains(QStringLiteral("fileData")),
+                                 5000);
         QElapsedTimer silence;
         silence.start();
-        QVERIFY(recorder.waitUntilEnded(15000));
+        QVERIFY(upload.recorder.waitUntilEnded(15000));
         QVERIFY2(silence.elapsed() >= 8900, qPrintable(QString::number(silence.elapsed())));
-        QCOMPARE(*recorder.outcome.error, Error(UploadError::timedOut()));
-        QCOMPARE(recorder.outcome.error->description(),
+        QCOMPARE(upload.error(), Error(UploadError::timedOut()));
+        QCOMPARE(upload.error().description(),
                  QStringLiteral("The machine did not respond before the upload timed out."));
-        QTRY_COMPARE_WITH_TIMEOUT(sim.loggedTypes().last(), QStringLiteral("fileCancel"), 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(upload.sim.loggedTypes().last(), QStringLiteral("fileCancel"),
+                                  3000);
         QVERIFY(log.lines().contains(QStringLiteral("Transfer ended waiting for the machine: The "
                                                     "machine did not respond before the upload "
                                                     "timed out.")));
