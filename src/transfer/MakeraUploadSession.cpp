@@ -51,15 +51,9 @@ MakeraUploadSession::receive(const MakeraPacket& packet) {
             return UploadError::invalidResponse(
                 QStringLiteral("Retry arrived before any transfer packet."));
         return std::optional(Event::send(*m_lastPacket));
-    case MakeraPacketType::StatusResponse:
-    case MakeraPacketType::DiagnosticResponse:
-    case MakeraPacketType::LoadInfo:
-    case MakeraPacketType::LoadFinished:
-    case MakeraPacketType::LoadError:
-    case MakeraPacketType::NormalInfo:
-    case MakeraPacketType::ControlSingle:
-    case MakeraPacketType::ControlMulti:
-    case MakeraPacketType::FileStart:
+    default:
+        // Not part of the transfer: nothing to answer.
+        Q_ASSERT(!isTransferPacket(packet.type));
         break;
     }
     return std::optional<Event>();
