@@ -144,7 +144,7 @@ QWidget* ContentView::makeHeader() {
     texts->setSpacing(4);
     auto* title = new QLabel(QStringLiteral("Tarnwick"), header);
     title->setObjectName(QStringLiteral("appTitle"));
-    QFont titleFont = style::font(style::TextStyle::Body, header);
+    QFont titleFont = style::rounded(style::font(style::TextStyle::Body, header));
     titleFont.setPixelSize(34);
     titleFont.setWeight(QFont::Bold);
     title->setFont(titleFont);

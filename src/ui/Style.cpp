@@ -90,6 +90,17 @@ QFont monospaced(TextStyle textStyle, const QWidget* widget) {
     return mono;
 }
 
+QFont rounded(QFont font) {
+    // Families tried in order: macOS's own rounded faces, then rounded faces Linux desktops
+    // often have; the font's own family ends the list.
+    QStringList families = {QStringLiteral("SF Pro Rounded"),
+                            QStringLiteral("Arial Rounded MT Bold"), QStringLiteral("Nunito"),
+                            QStringLiteral("Varela Round"), QStringLiteral("M PLUS Rounded 1c")};
+    families.append(font.families().isEmpty() ? QStringList{font.family()} : font.families());
+    font.setFamilies(families);
+    return font;
+}
+
 void setTextColor(QWidget* widget, const QColor& color) {
     QPalette palette = widget->palette();
     palette.setColor(QPalette::WindowText, color);

@@ -33,6 +33,8 @@ enum class TextStyle {
 };
 QFont font(TextStyle style, const QWidget* widget);
 QFont monospaced(TextStyle style, const QWidget* widget);
+// The same font in a rounded design where the system has one, as it is where it has none.
+QFont rounded(QFont font);
 
 void makeSecondary(QLabel* label);
 void setTextColor(QWidget* widget, const QColor& color);
