@@ -61,7 +61,7 @@ private Q_SLOTS:
                                       {QStringLiteral("status"), QStringLiteral("connected")}}));
 
         Machine withModel = mill();
-        withModel.model = QStringLiteral("Carvera");
+        withModel.model = QStringLiteral("Bench Mill");
         persistence().setSelectedMachine(withModel);
         QCOMPARE(persistence().selectedMachine(), withModel);
 

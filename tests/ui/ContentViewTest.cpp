@@ -73,7 +73,7 @@ class ContentViewTest : public QObject {
 
     FakeUploader* startUpload(qint64 size = 1000) {
         selectFoundMachine(
-            UiHarness::machine(QStringLiteral("Carvera"), QStringLiteral("10.0.0.7")));
+            UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("10.0.0.7")));
         h->model->chooseFile(h->jobFile(QStringLiteral("part.nc"), size));
         h->model->prepareUpload();
         h->model->upload(false);
@@ -259,7 +259,7 @@ private Q_SLOTS:
                  QStringLiteral("Choose Another\u2026"));
 
         selectFoundMachine(
-            UiHarness::machine(QStringLiteral("Carvera"), QStringLiteral("10.0.0.7")));
+            UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("10.0.0.7")));
         QVERIFY(review->isEnabled());
         QTest::mouseClick(review, Qt::LeftButton);
         QVERIFY(h->model->showConfirmation());

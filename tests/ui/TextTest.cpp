@@ -75,9 +75,9 @@ private Q_SLOTS:
         QCOMPARE(statusWord(Machine::ConnectionStatus::Connected), QStringLiteral("Connected"));
         QCOMPARE(statusWord(Machine::ConnectionStatus::Busy), QStringLiteral("Busy"));
         QCOMPARE(statusWord(Machine::ConnectionStatus::Unavailable), QStringLiteral("Unavailable"));
-        const Machine known{QStringLiteral("Carvera"), QStringLiteral("C1"),
+        const Machine known{QStringLiteral("Bench Mill"), QStringLiteral("M-200"),
                             QStringLiteral("10.0.0.5"), 80, Machine::ConnectionStatus::Busy};
-        QCOMPARE(machineSubtitle(known), QStringLiteral("C1 \u00B7 10.0.0.5:80"));
+        QCOMPARE(machineSubtitle(known), QStringLiteral("M-200 \u00B7 10.0.0.5:80"));
         Machine unknown = known;
         unknown.model.reset();
         QCOMPARE(machineSubtitle(unknown), QStringLiteral("Model unknown \u00B7 10.0.0.5:80"));

@@ -18,7 +18,7 @@ class UploadConfirmationTest : public QObject {
     std::unique_ptr<ContentView> window;
     JobFile file;
     const Machine machine =
-        UiHarness::machine(QStringLiteral("Carvera"), QStringLiteral("10.0.0.7"));
+        UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("10.0.0.7"));
 
     UploadConfirmationView* present() {
         h->model->prepareUpload();
@@ -68,7 +68,7 @@ private Q_SLOTS:
         QCOMPARE(value(sheet, QStringLiteral("sheetTitle")), QStringLiteral("Confirm upload"));
         QCOMPARE(value(sheet, QStringLiteral("sheetNote")),
                  QStringLiteral("This sends the file only. It will not start a job."));
-        QCOMPARE(value(sheet, QStringLiteral("destinationValue")), QStringLiteral("Carvera"));
+        QCOMPARE(value(sheet, QStringLiteral("destinationValue")), QStringLiteral("Bench Mill"));
         QCOMPARE(value(sheet, QStringLiteral("addressValue")), QStringLiteral("10.0.0.7:2222"));
         QCOMPARE(value(sheet, QStringLiteral("fileNameValue")), QStringLiteral("bracket.gcode"));
         QCOMPARE(value(sheet, QStringLiteral("sizeValue")), QStringLiteral("48 kB"));

@@ -109,7 +109,7 @@ void shootAppearance(const QString& folder, const QString& appearance, const QPa
 
     h.model->discover();
     scan = h.discoverer->scans.last();
-    const Machine workshop{QStringLiteral("Workshop Carvera"), QStringLiteral("C1"),
+    const Machine workshop{QStringLiteral("Workshop"), QStringLiteral("M-200"),
                            QStringLiteral("192.168.1.40"), 2222,
                            Machine::ConnectionStatus::Discovered};
     Q_EMIT scan->machineFound(workshop);
