@@ -24,6 +24,8 @@ QString JobFileError::description() const {
                QStringLiteral(" extension is not supported. Choose an .nc, .cnc or .gcode file.");
     case Kind::NotARegularFile:
         return QStringLiteral("Please choose a regular file.");
+    case Kind::ChangedWhileSending:
+        return QStringLiteral("The job file changed while it was being sent.");
     }
     Q_UNREACHABLE();
     return {};

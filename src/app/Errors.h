@@ -40,18 +40,20 @@ private:
     QString m_message;
 };
 
-// Why a chosen file cannot be a job file.
+// Why a chosen file cannot be a job file, or stopped being one while it was sent.
 class JobFileError {
 public:
     enum class Kind {
         UnsupportedExtension,
-        NotARegularFile
+        NotARegularFile,
+        ChangedWhileSending
     };
 
     static JobFileError unsupportedExtension(QString extension) {
         return {Kind::UnsupportedExtension, std::move(extension)};
     }
     static JobFileError notARegularFile() { return {Kind::NotARegularFile, {}}; }
+    static JobFileError changedWhileSending() { return {Kind::ChangedWhileSending, {}}; }
 
     Kind kind() const { return m_kind; }
     const QString& extension() const { return m_extension; }
