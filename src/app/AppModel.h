@@ -44,6 +44,10 @@ public:
     bool isUploading() const { return m_isUploading; }
     const std::optional<QString>& errorMessage() const { return m_errorMessage; }
     bool showConfirmation() const { return m_showConfirmation; }
+    // How much of the job file was checked before sending, 0 to 1, while that takes a while.
+    std::optional<double> checkingFraction() const { return m_checkingFraction; }
+    // A problem that does not stop the user, such as an upload history that could not be saved.
+    const std::optional<QString>& notice() const { return m_notice; }
 
     // The views write these two directly: a file's validation message or the alert's dismissal,
     // and the sheet's dismissal.
@@ -78,6 +82,8 @@ Q_SIGNALS:
     void isUploadingChanged();
     void errorMessageChanged();
     void showConfirmationChanged();
+    void checkingFractionChanged();
+    void noticeChanged();
 
 private:
     void checkConnection();
@@ -112,6 +118,8 @@ private:
     bool m_isUploading = false;
     std::optional<QString> m_errorMessage;
     bool m_showConfirmation = false;
+    std::optional<double> m_checkingFraction;
+    std::optional<QString> m_notice;
 
     QPointer<MachineScan> m_scan;
     QPointer<FileUploading> m_uploader;

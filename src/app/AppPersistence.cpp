@@ -63,12 +63,13 @@ QList<UploadRecord> AppPersistence::uploadRecords() const {
     return listFromJson<UploadRecord>(decode(uploadsKey)).value_or(QList<UploadRecord>());
 }
 
-void AppPersistence::recordUpload(const UploadRecord& record) {
+std::optional<Error> AppPersistence::recordUpload(const UploadRecord& record) {
     QList<UploadRecord> records = uploadRecords();
     records.prepend(record);
     if (records.size() > maximumUploadRecords)
         records.resize(maximumUploadRecords);
     encode(listToJson(records), uploadsKey);
+    return std::nullopt;
 }
 
 std::optional<QJsonValue> AppPersistence::decode(const QString& key) const {

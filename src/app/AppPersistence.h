@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Errors.h"
 #include "app/JobFile.h"
 #include "app/Machine.h"
 #include "app/UploadRecord.h"
@@ -31,7 +32,8 @@ public:
 
     // Newest first.
     QList<UploadRecord> uploadRecords() const;
-    void recordUpload(const UploadRecord& record);
+    // The error when the history could not be saved; what was stored before stays.
+    std::optional<Error> recordUpload(const UploadRecord& record);
 
 private:
     std::optional<QJsonValue> decode(const QString& key) const;

@@ -76,6 +76,8 @@ public:
 
 Q_SIGNALS:
     void progress(const tarnwick::TransferProgress& progress);
+    // While the file is read and hashed before anything is sent, for a file that takes a while.
+    void checking(qint64 bytesChecked, qint64 totalBytes);
 };
 
 using UploaderFactory = std::function<std::unique_ptr<FileUploading>()>;
