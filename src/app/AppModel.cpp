@@ -2,6 +2,8 @@
 
 #include <QCollator>
 #include <QFileInfo>
+#include <QFutureWatcher>
+#include <QtConcurrent/QtConcurrentRun>
 
 #include <algorithm>
 
@@ -17,11 +19,38 @@ AppModel::AppModel(std::unique_ptr<MachineDiscovering> discoverer,
     , m_persistence(std::move(persistence))
     , m_now([] { return QDateTime::currentDateTimeUtc(); }) {
     m_selectedMachine = m_persistence->selectedMachine();
-    const QList<JobFile> stored = m_persistence->recentFiles();
-    std::copy_if(stored.begin(), stored.end(), std::back_inserter(m_recentFiles),
-                 [](const JobFile& file) { return QFileInfo::exists(file.id()); });
     if (m_selectedMachine)
         m_machines = {*m_selectedMachine};
+    restoreRecentFiles();
+}
+
+// A file on a network share that stalls can take seconds to answer, so the files are looked at
+// on a worker thread and the recent files appear when they have all answered.
+void AppModel::restoreRecentFiles() {
+    const QList<JobFile> stored = m_persistence->recentFiles();
+    // The watcher goes with the model, so a result that comes too late finds nothing to touch.
+    auto* watcher = new QFutureWatcher<QList<JobFile>>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        // Files chosen meanwhile are the newest; they go first and are stored with the rest.
+        const bool chosenMeanwhile = !m_recentFiles.isEmpty();
+        QList<JobFile> recent = m_recentFiles;
+        for (const JobFile& file : watcher->result()) {
+            if (recent.size() < maximumRecentFiles &&
+                std::none_of(recent.begin(), recent.end(),
+                             [&](const JobFile& f) { return f.url == file.url; }))
+                recent.append(file);
+        }
+        setRecentFiles(std::move(recent));
+        if (chosenMeanwhile)
+            m_persistence->setRecentFiles(m_recentFiles);
+    });
+    watcher->setFuture(QtConcurrent::run([stored] {
+        QList<JobFile> existing;
+        std::copy_if(stored.begin(), stored.end(), std::back_inserter(existing),
+                     [](const JobFile& file) { return QFileInfo::exists(file.url.toLocalFile()); });
+        return existing;
+    }));
 }
 
 // Children (the running scan, checks and uploader) are deleted with the model, which ends
@@ -42,6 +71,10 @@ void AppModel::setErrorMessage(const std::optional<QString>& message) {
 
 void AppModel::setShowConfirmation(bool show) {
     assign(m_showConfirmation, show, &AppModel::showConfirmationChanged);
+}
+
+void AppModel::dismissNotice() {
+    assign(m_notice, std::optional<QString>(), &AppModel::noticeChanged);
 }
 
 void AppModel::discover() {
@@ -155,8 +188,7 @@ void AppModel::chooseFile(const JobFile& file) {
     recent.prepend(file);
     if (recent.size() > maximumRecentFiles)
         recent.resize(maximumRecentFiles);
-    m_recentFiles = recent;
-    Q_EMIT recentFilesChanged();
+    setRecentFiles(std::move(recent));
     m_persistence->setRecentFiles(m_recentFiles);
 }
 
@@ -190,6 +222,7 @@ void AppModel::upload(bool duplicateConfirmed) {
     setShowConfirmation(false);
     setProgress(std::nullopt);
     setErrorMessage(std::nullopt);
+    dismissNotice();
     setUploading(true);
 
     if (m_uploader) {
@@ -208,7 +241,14 @@ void AppModel::upload(bool duplicateConfirmed) {
 }
 
 void AppModel::finishUpload(const Machine& machine, const JobFile& file) {
-    m_persistence->recordUpload(UploadRecord{machine.id(), file.id(), file.size, m_now()});
+    // The file is on the machine whatever happens to the history; the user only learns that the
+    // next duplicate warning may be missing.
+    if (const std::optional<Error> error =
+            m_persistence->recordUpload(UploadRecord{machine.id(), file.id(), file.size, m_now()}))
+        assign(m_notice,
+               std::optional(
+                   tr("The upload history could not be saved: %1").arg(error->description())),
+               &AppModel::noticeChanged);
     endUpload();
 }
 
@@ -241,6 +281,10 @@ void AppModel::cancelUpload() {
 
 void AppModel::setMachines(QList<Machine> machines) {
     assign(m_machines, std::move(machines), &AppModel::machinesChanged);
+}
+
+void AppModel::setRecentFiles(QList<JobFile> files) {
+    assign(m_recentFiles, std::move(files), &AppModel::recentFilesChanged);
 }
 
 void AppModel::setSelectedMachine(const std::optional<Machine>& machine) {

@@ -27,7 +27,8 @@ public:
 
     using Clock = std::function<QDateTime()>;
 
-    // Restores the selected machine and the recent files that still exist; starts nothing.
+    // Restores the selected machine; the recent files that still exist follow soon after, once
+    // each has been looked at off the main thread.
     AppModel(std::unique_ptr<MachineDiscovering> discoverer,
              std::unique_ptr<MachineConnecting> connector, UploaderFactory makeUploader,
              std::unique_ptr<AppPersistence> persistence, QObject* parent = nullptr);
@@ -53,6 +54,8 @@ public:
     // and the sheet's dismissal.
     void setErrorMessage(const std::optional<QString>& message);
     void setShowConfirmation(bool show);
+    // The user has read the notice; the next upload clears it too.
+    void dismissNotice();
 
     // Workflows.
     void discover();
@@ -86,6 +89,7 @@ Q_SIGNALS:
     void noticeChanged();
 
 private:
+    void restoreRecentFiles();
     void checkConnection();
     void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
     void mergeDiscovered(const Machine& machine);
@@ -96,6 +100,7 @@ private:
     template <typename T>
     void assign(T& field, T value, void (AppModel::*changed)());
     void setMachines(QList<Machine> machines);
+    void setRecentFiles(QList<JobFile> files);
     void setSelectedMachine(const std::optional<Machine>& machine);
     void setProgress(const std::optional<TransferProgress>& progress);
     void setDiscovering(bool discovering);

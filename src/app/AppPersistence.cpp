@@ -2,16 +2,50 @@
 
 #include "app/SettingsStore.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QLockFile>
+#include <QThread>
 
 namespace tarnwick {
 
 namespace {
 
-const QString selectedMachineKey = QStringLiteral("selectedMachine");
-const QString recentFilesKey = QStringLiteral("recentFiles");
-const QString uploadsKey = QStringLiteral("uploads");
+using settings::recentFilesKey;
+using settings::selectedMachineKey;
+using settings::uploadsKey;
+
+PlatformError fileError(int code, const QString& message) {
+    return PlatformError{PlatformError::Domain::File, code, message};
+}
+
+Error lockError(const QLockFile& lock, const QString& lockPath, const QString& storePath) {
+    switch (lock.error()) {
+    case QLockFile::LockFailedError:
+        return fileError(int(lock.error()),
+                         QCoreApplication::translate("AppPersistence",
+                                                     "The settings store %1 stayed locked by "
+                                                     "another program.")
+                             .arg(storePath));
+    case QLockFile::PermissionError:
+        return fileError(
+            int(lock.error()),
+            QCoreApplication::translate("AppPersistence",
+                                        "The lock file %1 could not be created: permission denied.")
+                .arg(lockPath));
+    case QLockFile::NoError:
+    case QLockFile::UnknownError:
+        break;
+    }
+    return fileError(
+        int(lock.error()),
+        QCoreApplication::translate("AppPersistence", "The lock file %1 could not be created.")
+            .arg(lockPath));
+}
 
 // An array document reads as a list only when every element reads.
 template <typename T>
@@ -36,46 +70,50 @@ QJsonValue listToJson(const QList<T>& items) {
     return array;
 }
 
-} // namespace
-
-AppPersistence::AppPersistence(std::unique_ptr<QSettings> store)
-    : m_store(store ? std::move(store) : openStandardStore()) {}
-
-std::optional<Machine> AppPersistence::selectedMachine() const {
-    const auto document = decode(selectedMachineKey);
-    return document ? Machine::fromJson(*document) : std::nullopt;
+// QLockFile's own wait doubles its pause up to seconds, so writers queued behind each other would
+// give up while the lock stands free; short even pauses keep the queue moving.
+bool lockWithin(QLockFile& lock, std::chrono::milliseconds wait) {
+    const QDeadlineTimer deadline(wait);
+    while (!lock.tryLock(0)) {
+        if (lock.error() != QLockFile::LockFailedError || deadline.hasExpired())
+            return false;
+        QThread::msleep(5);
+    }
+    return true;
 }
 
-void AppPersistence::setSelectedMachine(const std::optional<Machine>& machine) {
-    encode(machine ? std::optional<QJsonValue>(machine->toJson()) : std::nullopt,
-           selectedMachineKey);
+// QSettings keeps the first error it meets for the life of a handle, so each write that reports
+// errors takes a handle of its own on the same store.
+std::unique_ptr<QSettings> reopened(const QSettings& store) {
+    if (store.format() == QSettings::IniFormat)
+        return std::make_unique<QSettings>(store.fileName(), QSettings::IniFormat);
+    return openStandardStore();
 }
 
-QList<JobFile> AppPersistence::recentFiles() const {
-    return listFromJson<JobFile>(decode(recentFilesKey)).value_or(QList<JobFile>());
+std::optional<Error> statusError(const QSettings& store) {
+    switch (store.status()) {
+    case QSettings::NoError:
+        return std::nullopt;
+    case QSettings::AccessError:
+        return fileError(int(QSettings::AccessError),
+                         QCoreApplication::translate("AppPersistence",
+                                                     "The settings store %1 could not be read "
+                                                     "or written.")
+                             .arg(store.fileName()));
+    case QSettings::FormatError:
+        break;
+    }
+    return fileError(int(QSettings::FormatError),
+                     QCoreApplication::translate("AppPersistence",
+                                                 "The settings store %1 is not in a format "
+                                                 "that can be read.")
+                         .arg(store.fileName()));
 }
 
-void AppPersistence::setRecentFiles(const QList<JobFile>& files) {
-    encode(listToJson(files), recentFilesKey);
-}
-
-QList<UploadRecord> AppPersistence::uploadRecords() const {
-    return listFromJson<UploadRecord>(decode(uploadsKey)).value_or(QList<UploadRecord>());
-}
-
-std::optional<Error> AppPersistence::recordUpload(const UploadRecord& record) {
-    QList<UploadRecord> records = uploadRecords();
-    records.prepend(record);
-    if (records.size() > maximumUploadRecords)
-        records.resize(maximumUploadRecords);
-    encode(listToJson(records), uploadsKey);
-    return std::nullopt;
-}
-
-std::optional<QJsonValue> AppPersistence::decode(const QString& key) const {
+std::optional<QJsonValue> decode(QSettings& store, QLatin1StringView key) {
     // Another process (the app or the command-line tool) may have written since the last read.
-    m_store->sync();
-    const QVariant stored = m_store->value(key);
+    store.sync();
+    const QVariant stored = store.value(key);
     if (stored.typeId() != QMetaType::QByteArray)
         return std::nullopt;
     QJsonParseError error;
@@ -87,15 +125,64 @@ std::optional<QJsonValue> AppPersistence::decode(const QString& key) const {
     return QJsonValue(document.object());
 }
 
-void AppPersistence::encode(const std::optional<QJsonValue>& value, const QString& key) {
+void encode(QSettings& store, const std::optional<QJsonValue>& value, QLatin1StringView key) {
     if (!value) {
-        m_store->remove(key);
+        store.remove(key);
     } else {
         const QJsonDocument document =
             value->isArray() ? QJsonDocument(value->toArray()) : QJsonDocument(value->toObject());
-        m_store->setValue(key, document.toJson(QJsonDocument::Compact));
+        store.setValue(key, document.toJson(QJsonDocument::Compact));
     }
-    m_store->sync();
+    store.sync();
+}
+
+} // namespace
+
+AppPersistence::AppPersistence(std::unique_ptr<QSettings> store)
+    : m_store(store ? std::move(store) : openStandardStore()) {}
+
+std::optional<Machine> AppPersistence::selectedMachine() const {
+    const auto document = decode(*m_store, selectedMachineKey);
+    return document ? Machine::fromJson(*document) : std::nullopt;
+}
+
+void AppPersistence::setSelectedMachine(const std::optional<Machine>& machine) {
+    encode(*m_store, machine ? std::optional<QJsonValue>(machine->toJson()) : std::nullopt,
+           selectedMachineKey);
+}
+
+QList<JobFile> AppPersistence::recentFiles() const {
+    return listFromJson<JobFile>(decode(*m_store, recentFilesKey)).value_or(QList<JobFile>());
+}
+
+void AppPersistence::setRecentFiles(const QList<JobFile>& files) {
+    encode(*m_store, listToJson(files), recentFilesKey);
+}
+
+QList<UploadRecord> AppPersistence::uploadRecords() const {
+    return listFromJson<UploadRecord>(decode(*m_store, uploadsKey)).value_or(QList<UploadRecord>());
+}
+
+std::optional<Error> AppPersistence::recordUpload(const UploadRecord& record) {
+    const std::unique_ptr<QSettings> store = reopened(*m_store);
+    const QString lockPath = settings::writeLockPath(*store);
+    // Before the first write the store's folder may not exist yet.
+    QDir().mkpath(QFileInfo(lockPath).absolutePath());
+    QLockFile lock(lockPath);
+    if (!lockWithin(lock, m_lockWait))
+        return lockError(lock, lockPath, store->fileName());
+
+    // Read inside the lock: another process may have added its record a moment ago. A store
+    // that cannot be read is not written either, so that nothing in it is replaced.
+    QList<UploadRecord> records =
+        listFromJson<UploadRecord>(decode(*store, uploadsKey)).value_or(QList<UploadRecord>());
+    if (std::optional<Error> error = statusError(*store))
+        return error;
+    records.prepend(record);
+    if (records.size() > maximumUploadRecords)
+        records.resize(maximumUploadRecords);
+    encode(*store, listToJson(records), uploadsKey);
+    return statusError(*store);
 }
 
 } // namespace tarnwick

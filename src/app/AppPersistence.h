@@ -9,17 +9,22 @@
 #include <QList>
 #include <QSettings>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
 namespace tarnwick {
 
 // What the program remembers between launches, each kept as a compact JSON document.
-// Every failure is silent: an unreadable document reads as nothing, and a value that cannot be
-// written removes its key.
+// An unreadable document reads as nothing, and a value that cannot be written removes its key.
+// The upload history is shared with other processes: adding to it is done under a lock, and a
+// failure to do so is reported, because a lost record means a missing duplicate warning.
 class AppPersistence {
 public:
     static constexpr int maximumUploadRecords = 50;
+    // Writers queue for a few milliseconds each; a lock held this long belongs to a program that
+    // hangs.
+    static constexpr std::chrono::milliseconds defaultLockWait{10'000};
 
     // Over the shared standard store when none is given.
     explicit AppPersistence(std::unique_ptr<QSettings> store = nullptr);
@@ -32,14 +37,16 @@ public:
 
     // Newest first.
     QList<UploadRecord> uploadRecords() const;
-    // The error when the history could not be saved; what was stored before stays.
+    // A PlatformError of the file domain saying why the history could not be saved; what was
+    // stored before stays.
     std::optional<Error> recordUpload(const UploadRecord& record);
 
-private:
-    std::optional<QJsonValue> decode(const QString& key) const;
-    void encode(const std::optional<QJsonValue>& value, const QString& key);
+    // How long recordUpload() waits for another process to finish its own write.
+    void setLockWait(std::chrono::milliseconds wait) { m_lockWait = wait; }
 
+private:
     std::unique_ptr<QSettings> m_store;
+    std::chrono::milliseconds m_lockWait = defaultLockWait;
 };
 
 } // namespace tarnwick

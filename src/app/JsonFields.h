@@ -2,7 +2,6 @@
 
 #include <QJsonObject>
 
-#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -17,18 +16,17 @@ inline std::optional<QString> string(const QJsonObject& object, QLatin1StringVie
     return value.toString();
 }
 
-// A whole number within [minimum, maximum]; fractions and out-of-range numbers read as none.
+// A whole number within [minimum, maximum]; fractions and numbers beyond 64 bits read as none.
 inline std::optional<qint64> integer(const QJsonObject& object, QLatin1StringView key,
                                      qint64 minimum = std::numeric_limits<qint64>::min(),
                                      qint64 maximum = std::numeric_limits<qint64>::max()) {
     const QJsonValue value = object.value(key);
-    if (!value.isDouble())
+    // toInteger() gives its fallback for anything that is no whole 64-bit number; two different
+    // fallbacks tell that apart from a number that happens to equal one of them.
+    const qint64 number = value.toInteger(0);
+    if (!value.isDouble() || number != value.toInteger(1) || number < minimum || number > maximum)
         return std::nullopt;
-    const double number = value.toDouble();
-    if (number != std::floor(number) || number < double(minimum) || number > double(maximum) ||
-        number >= std::ldexp(1.0, 63))
-        return std::nullopt;
-    return value.toInteger(qint64(number));
+    return number;
 }
 
 } // namespace tarnwick::json

@@ -7,18 +7,6 @@
 
 namespace tarnwick {
 
-namespace {
-
-constexpr RawValueTable<Machine::ConnectionStatus, 5> statusRawValues{{
-    std::pair{Machine::ConnectionStatus::Discovered, "discovered"},
-    std::pair{Machine::ConnectionStatus::Connecting, "connecting"},
-    std::pair{Machine::ConnectionStatus::Connected, "connected"},
-    std::pair{Machine::ConnectionStatus::Busy, "busy"},
-    std::pair{Machine::ConnectionStatus::Unavailable, "unavailable"},
-}};
-
-} // namespace
-
 QString Machine::id() const {
     return ipAddress + QLatin1Char(':') + QString::number(port);
 }
@@ -56,12 +44,8 @@ std::optional<Machine> Machine::fromJson(const QJsonValue& value) {
     return Machine{*name, model, *ipAddress, quint16(*port), *status};
 }
 
-QString rawValue(Machine::ConnectionStatus status) {
-    return rawValueIn(statusRawValues, status);
-}
-
 std::optional<Machine::ConnectionStatus> connectionStatusFromRawValue(const QString& text) {
-    return valueForRawValueIn(statusRawValues, text);
+    return enumFromRawValue<Machine::ConnectionStatus>(text);
 }
 
 size_t qHash(const Machine& machine, size_t seed) {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "app/RawValues.h"
+
 #include <QJsonObject>
 #include <QList>
 #include <QMetaType>
+#include <QObject>
 #include <QString>
 
 #include <optional>
@@ -11,6 +14,9 @@ namespace tarnwick {
 
 // One CNC controller on the local network.
 struct Machine {
+    Q_GADGET
+
+public:
     enum class ConnectionStatus {
         Discovered,
         Connecting,
@@ -18,6 +24,7 @@ struct Machine {
         Busy,
         Unavailable
     };
+    Q_ENUM(ConnectionStatus)
 
     QString name;
     std::optional<QString> model;
@@ -34,7 +41,6 @@ struct Machine {
     friend bool operator==(const Machine&, const Machine&) = default;
 };
 
-QString rawValue(Machine::ConnectionStatus status);
 std::optional<Machine::ConnectionStatus> connectionStatusFromRawValue(const QString& text);
 
 size_t qHash(const Machine& machine, size_t seed = 0);

@@ -1,33 +1,34 @@
 #pragma once
 
+#include <QMetaEnum>
 #include <QString>
 
-#include <array>
 #include <optional>
-#include <utility>
 
 namespace tarnwick {
 
-// An enumeration's text raw values, matched exactly in both directions.
-template <typename Enum, std::size_t N>
-using RawValueTable = std::array<std::pair<Enum, const char*>, N>;
-
-template <typename Enum, std::size_t N>
-QString rawValueIn(const RawValueTable<Enum, N>& table, Enum value) {
-    for (const auto& [candidate, text] : table) {
-        if (candidate == value)
-            return QLatin1String(text);
-    }
-    return {};
+// The stored and printed text of an enumeration declared with Q_ENUM: the case's name with a
+// lower-case first letter, e.g. Busy reads "busy".
+template <typename Enum>
+QString rawValue(Enum value) {
+    QString text = QLatin1String(QMetaEnum::fromType<Enum>().valueToKey(int(value)));
+    if (!text.isEmpty())
+        text[0] = text[0].toLower();
+    return text;
 }
 
-template <typename Enum, std::size_t N>
-std::optional<Enum> valueForRawValueIn(const RawValueTable<Enum, N>& table, const QString& text) {
-    for (const auto& [value, raw] : table) {
-        if (text == QLatin1String(raw))
-            return value;
-    }
-    return std::nullopt;
+// Matched exactly: any other letter case, a qualified name or a number is no case.
+template <typename Enum>
+std::optional<Enum> enumFromRawValue(QStringView text) {
+    if (text.isEmpty() || !text.front().isLower())
+        return std::nullopt;
+    QString key = text.toString();
+    key[0] = key[0].toUpper();
+    bool found = false;
+    const int value = QMetaEnum::fromType<Enum>().keyToValue(key.toLatin1().constData(), &found);
+    if (!found || rawValue(Enum(value)) != text)
+        return std::nullopt;
+    return Enum(value);
 }
 
 } // namespace tarnwick

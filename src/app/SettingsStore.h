@@ -1,13 +1,49 @@
 #pragma once
 
+#include <QByteArray>
+#include <QLatin1StringView>
 #include <QSettings>
+#include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace tarnwick {
 
-// The settings store that the desktop app and the command-line tool share: the defaults domain
-// on macOS, the registry on Windows, an INI file under $XDG_CONFIG_HOME on Linux.
+// The settings store that the desktop app and the command-line tool share, and every key kept
+// in it. Nothing else names a key.
+namespace settings {
+
+inline constexpr QLatin1StringView selectedMachineKey{"selectedMachine"};
+inline constexpr QLatin1StringView recentFilesKey{"recentFiles"};
+inline constexpr QLatin1StringView uploadsKey{"uploads"};
+inline constexpr QLatin1StringView installIdentifierKey{"installIdentifier"};
+inline constexpr QLatin1StringView automaticUpdateChecksKey{"automaticUpdateChecks"};
+inline constexpr QLatin1StringView windowGeometryKey{"mainWindowGeometry"};
+
+// Names an INI file that replaces the standard store, on every platform; tests and scripts use
+// it so that nothing touches the user's own settings.
+inline constexpr char storeFileVariable[] = "TARNWICK_SETTINGS_FILE";
+
+// False only when the store holds the Boolean false.
+bool automaticUpdateChecks(const QSettings& store);
+void setAutomaticUpdateChecks(QSettings& store, bool enabled);
+
+// Any stored text; nothing when none is stored.
+std::optional<QString> installIdentifier(const QSettings& store);
+void setInstallIdentifier(QSettings& store, const QString& identifier);
+
+QByteArray windowGeometry(const QSettings& store);
+void setWindowGeometry(QSettings& store, const QByteArray& geometry);
+
+// The lock file that every read-modify-write of `store` holds, so that the app and the
+// command-line tool never overwrite each other's additions.
+QString writeLockPath(const QSettings& store);
+
+} // namespace settings
+
+// The file named by TARNWICK_SETTINGS_FILE when it is set; otherwise the defaults domain on
+// macOS, the registry on Windows, an INI file under $XDG_CONFIG_HOME on Linux.
 std::unique_ptr<QSettings> openStandardStore();
 
 // Sets the organisation and application names once per process, so that every store opened with

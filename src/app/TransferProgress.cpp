@@ -1,21 +1,8 @@
 #include "app/TransferProgress.h"
 
-#include "app/RawValues.h"
-
 #include <algorithm>
 
 namespace tarnwick {
-
-namespace {
-
-constexpr RawValueTable<TransferProgress::Phase, 4> phaseRawValues{{
-    std::pair{TransferProgress::Phase::Preparing, "preparing"},
-    std::pair{TransferProgress::Phase::Uploading, "uploading"},
-    std::pair{TransferProgress::Phase::Completed, "completed"},
-    std::pair{TransferProgress::Phase::Cancelled, "cancelled"},
-}};
-
-} // namespace
 
 double TransferProgress::fraction() const {
     if (totalBytes >= 1)
@@ -23,12 +10,8 @@ double TransferProgress::fraction() const {
     return phase == Phase::Completed ? 1.0 : 0.0;
 }
 
-QString rawValue(TransferProgress::Phase phase) {
-    return rawValueIn(phaseRawValues, phase);
-}
-
 std::optional<TransferProgress::Phase> phaseFromRawValue(const QString& text) {
-    return valueForRawValueIn(phaseRawValues, text);
+    return enumFromRawValue<TransferProgress::Phase>(text);
 }
 
 } // namespace tarnwick

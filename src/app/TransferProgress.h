@@ -1,6 +1,9 @@
 #pragma once
 
+#include "app/RawValues.h"
+
 #include <QMetaType>
+#include <QObject>
 #include <QString>
 
 #include <optional>
@@ -9,12 +12,16 @@ namespace tarnwick {
 
 // One value of an upload's progress stream.
 struct TransferProgress {
+    Q_GADGET
+
+public:
     enum class Phase {
         Preparing,
         Uploading,
         Completed,
         Cancelled
     };
+    Q_ENUM(Phase)
 
     Phase phase = Phase::Preparing;
     qint64 bytesSent = 0;
@@ -28,7 +35,6 @@ struct TransferProgress {
     friend bool operator==(const TransferProgress&, const TransferProgress&) = default;
 };
 
-QString rawValue(TransferProgress::Phase phase);
 std::optional<TransferProgress::Phase> phaseFromRawValue(const QString& text);
 
 } // namespace tarnwick

@@ -18,19 +18,6 @@ QString SettingsView::explanation(const QString& updateHost) {
                           "about you or your files is sent.");
 }
 
-bool SettingsView::automaticChecks(const QSettings& store) {
-    const QVariant value = store.value(automaticChecksKey);
-    if (value.typeId() == QMetaType::Bool)
-        return value.toBool();
-    // Text-based stores (INI files) give back the words that a Boolean was written as.
-    if (value.typeId() == QMetaType::QString) {
-        const QString text = value.toString();
-        if (text == QLatin1String("true") || text == QLatin1String("false"))
-            return text == QLatin1String("true");
-    }
-    return true;
-}
-
 SettingsView::SettingsView(std::unique_ptr<QSettings> store, QWidget* parent)
     : QWidget(parent, Qt::Window)
     , m_store(store ? std::move(store) : openStandardStore()) {
@@ -43,11 +30,9 @@ SettingsView::SettingsView(std::unique_ptr<QSettings> store, QWidget* parent)
     layout->setSpacing(8);
     m_switch = new ToggleSwitch(QStringLiteral("Check for updates automatically"), this);
     m_switch->setObjectName(QStringLiteral("automaticChecksSwitch"));
-    m_switch->setChecked(automaticChecks(*m_store));
-    connect(m_switch, &ToggleSwitch::toggled, this, [this](bool on) {
-        m_store->setValue(automaticChecksKey, on);
-        m_store->sync();
-    });
+    m_switch->setChecked(settings::automaticUpdateChecks(*m_store));
+    connect(m_switch, &ToggleSwitch::toggled, this,
+            [this](bool on) { settings::setAutomaticUpdateChecks(*m_store, on); });
     layout->addWidget(m_switch);
 
     auto* caption = new QLabel(explanation(QString::fromUtf8(build::updateHost)), this);

@@ -14,11 +14,7 @@ class SettingsView : public QWidget {
     Q_OBJECT
 
 public:
-    static inline const QString automaticChecksKey = QStringLiteral("automaticUpdateChecks");
-
     static QString explanation(const QString& updateHost);
-    // The stored choice: a Boolean under the key, true when it is absent or not a Boolean.
-    static bool automaticChecks(const QSettings& store);
 
     // Over the shared settings store when none is given.
     explicit SettingsView(std::unique_ptr<QSettings> store = nullptr, QWidget* parent = nullptr);

@@ -77,7 +77,7 @@ void TarnwickApp::buildMenus() {
 void TarnwickApp::start() {
     m_started = true;
     const std::unique_ptr<QSettings> store = m_openStore();
-    const QByteArray geometry = store->value(geometryKey).toByteArray();
+    const QByteArray geometry = settings::windowGeometry(*store);
     if (geometry.isEmpty() || !m_window->restoreGeometry(geometry))
         m_window->resize(1080, 720);
     m_window->show();
@@ -90,7 +90,7 @@ void TarnwickApp::runLaunchTasks() {
 
 void TarnwickApp::saveGeometry() {
     const std::unique_ptr<QSettings> store = m_openStore();
-    store->setValue(geometryKey, m_window->saveGeometry());
+    settings::setWindowGeometry(*store, m_window->saveGeometry());
 }
 
 void TarnwickApp::showAbout() {

@@ -30,8 +30,6 @@ class TarnwickApp : public QObject {
 public:
     using StoreOpener = std::function<std::unique_ptr<QSettings>()>;
 
-    static inline const QString geometryKey = QStringLiteral("mainWindowGeometry");
-
     // `openStore` gives the settings store that the window's size and the settings pane use;
     // the shared standard store when none is given.
     TarnwickApp(std::unique_ptr<AppModel> model, std::unique_ptr<UpdateChecker> checker,

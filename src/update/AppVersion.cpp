@@ -8,6 +8,9 @@ namespace tarnwick {
 
 namespace {
 
+// QVersionNumber cannot carry these versions: its components are int, it takes no sign, stops at
+// the first piece that is not a number instead of refusing the text, and orders 1.2 before 1.2.0.
+
 // An optional "+" or "-" and one or more ASCII digits; QString's own conversion would also
 // accept surrounding blanks, which a piece must not have.
 std::optional<qint64> readComponent(QStringView piece) {

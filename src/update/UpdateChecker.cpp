@@ -1,6 +1,6 @@
 #include "update/UpdateChecker.h"
 
-#include "BuildConfig.h"
+#include "app/SettingsStore.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -9,41 +9,27 @@
 
 namespace tarnwick {
 
-namespace {
-
-const QString installIdentifierKey = QStringLiteral("installIdentifier");
-const QString automaticChecksKey = QStringLiteral("automaticUpdateChecks");
-
-std::unique_ptr<QSettings> standardStore() {
-    return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
-                                       QLatin1String(build::organizationName),
-                                       QLatin1String(build::applicationName));
-}
-
-// Native stores keep Booleans as such; the INI store gives them back as the texts it wrote.
-std::optional<bool> storedBoolean(const QVariant& value) {
-    if (value.typeId() == QMetaType::Bool)
-        return value.toBool();
-    if (value.typeId() == QMetaType::QString) {
-        const QString text = value.toString();
-        if (text == QLatin1String("true"))
-            return true;
-        if (text == QLatin1String("false"))
-            return false;
-    }
-    return std::nullopt;
-}
-
-} // namespace
-
 UpdateChecker::UpdateChecker(std::unique_ptr<QSettings> store,
                              const std::optional<QString>& currentVersion,
                              QNetworkAccessManager* network, QUrl feed, QObject* parent)
     : QObject(parent)
-    , m_store(store ? std::move(store) : standardStore())
+    , m_store(store ? std::move(store) : openStandardStore())
     , m_currentVersion(currentVersion ? AppVersion::fromText(*currentVersion) : std::nullopt)
     , m_network(network ? network : new QNetworkAccessManager(this))
-    , m_feed(std::move(feed)) {}
+    , m_feed(std::move(feed))
+    , m_deadlineTimer(new QTimer(this)) {
+    // A request's transfer time-out only measures silence: a server that redirects, sends its
+    // headers slowly or drips its body would keep the check alive without end. So the whole
+    // check has a deadline of its own.
+    m_deadlineTimer->setSingleShot(true);
+    m_deadlineTimer->setTimerType(Qt::PreciseTimer);
+    connect(m_deadlineTimer, &QTimer::timeout, this, [this] {
+        if (!m_reply)
+            return;
+        m_timedOut = true;
+        m_reply->abort();
+    });
+}
 
 UpdateChecker::~UpdateChecker() {
     // A check still running ends silently with its owner.
@@ -62,17 +48,15 @@ void UpdateChecker::clearOutcome() {
 }
 
 QString UpdateChecker::installID() {
-    const QVariant stored = m_store->value(installIdentifierKey);
-    if (stored.typeId() == QMetaType::QString)
-        return stored.toString();
+    if (const std::optional<QString> stored = settings::installIdentifier(*m_store))
+        return *stored;
     const QString created = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-    m_store->setValue(installIdentifierKey, created);
-    m_store->sync();
+    settings::setInstallIdentifier(*m_store, created);
     return created;
 }
 
 bool UpdateChecker::automaticChecksEnabled() const {
-    return storedBoolean(m_store->value(automaticChecksKey)).value_or(true);
+    return settings::automaticUpdateChecks(*m_store);
 }
 
 QUrl UpdateChecker::feedURL(const QUrl& feed, const QString& installID,
@@ -91,13 +75,14 @@ void UpdateChecker::check(bool reportEveryOutcome) {
         return;
     m_checking = true;
     m_feedTooLarge = false;
+    m_timedOut = false;
     Q_EMIT isCheckingChanged(true);
 
     QNetworkRequest request(feedURL(m_feed, installID(), m_currentVersion));
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
                          QNetworkRequest::AlwaysNetwork);
-    request.setTransferTimeout(requestTimeoutMilliseconds);
     m_reply = m_network->get(request);
+    m_deadlineTimer->start(m_deadline);
     QNetworkReply* reply = m_reply;
     connect(reply, &QNetworkReply::downloadProgress, this, [this, reply](qint64 received) {
         if (received > maximumFeedSize) {
@@ -112,19 +97,22 @@ void UpdateChecker::check(bool reportEveryOutcome) {
 void UpdateChecker::finish(QNetworkReply* reply, bool reportEveryOutcome) {
     reply->deleteLater();
     m_reply = nullptr;
+    m_deadlineTimer->stop();
 
     // Qt reports an HTTP status other than 2xx as an error too: an error is the transport's own
     // only when no status arrived, or when the body of a 200 answer broke off.
     const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    const bool transportFailed = reply->error() != QNetworkReply::NoError && !m_feedTooLarge &&
-                                 (!status.isValid() || status.toInt() == 200);
+    // A time-out after a redirect still carries the redirect's status.
+    const bool transportFailed =
+        m_timedOut || (reply->error() != QNetworkReply::NoError && !m_feedTooLarge &&
+                       (!status.isValid() || status.toInt() == 200));
     std::optional<UpdateFeed> feed;
     if (!transportFailed && !m_feedTooLarge && status.isValid() && status.toInt() == 200)
         feed = UpdateFeed::fromData(reply->readAll());
 
     if (transportFailed) {
         if (reportEveryOutcome)
-            report(Failed{reply->errorString()});
+            report(Failed{transportFailureMessage(*reply)});
     } else if (!feed) {
         if (reportEveryOutcome)
             report(Failed{unreadableFeedMessage()});
@@ -141,6 +129,18 @@ void UpdateChecker::finish(QNetworkReply* reply, bool reportEveryOutcome) {
 void UpdateChecker::report(Kind kind) {
     m_outcome = Outcome{QUuid::createUuid(), std::move(kind)};
     Q_EMIT outcomeChanged();
+}
+
+QString UpdateChecker::transportFailureMessage(const QNetworkReply& reply) const {
+    if (m_timedOut) {
+        const auto seconds = std::chrono::ceil<std::chrono::seconds>(m_deadline).count();
+        return tr("The update server did not answer within %1 seconds.").arg(seconds);
+    }
+    // Qt gives some failures without their reason; "Decompression failed: " is one.
+    const QString message = reply.errorString().trimmed();
+    if (message.endsWith(u':'))
+        return tr("%1 the compressed answer is damaged or cut short.").arg(message);
+    return message;
 }
 
 QString UpdateChecker::unreadableFeedMessage() const {

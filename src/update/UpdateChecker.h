@@ -6,9 +6,11 @@
 #include <QObject>
 #include <QPointer>
 #include <QSettings>
+#include <QTimer>
 #include <QUrl>
 #include <QUuid>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <variant>
@@ -46,7 +48,8 @@ public:
         friend bool operator==(const Outcome&, const Outcome&) = default;
     };
 
-    static constexpr int requestTimeoutMilliseconds = 60'000;
+    // The whole check, redirects and a slow body included, ends within this time.
+    static constexpr std::chrono::milliseconds checkDeadline{60'000};
     // A body this large is no version feed; reading stops there instead of filling memory.
     static constexpr qint64 maximumFeedSize = 1024 * 1024;
 
@@ -64,6 +67,9 @@ public:
     void clearOutcome();
 
     bool isChecking() const { return m_checking; }
+
+    // Tests shorten the deadline; a check already running keeps its own.
+    void setDeadline(std::chrono::milliseconds deadline) { m_deadline = deadline; }
 
     const std::optional<AppVersion>& currentVersion() const { return m_currentVersion; }
 
@@ -88,6 +94,7 @@ Q_SIGNALS:
 private:
     void finish(QNetworkReply* reply, bool reportEveryOutcome);
     void report(Kind kind);
+    QString transportFailureMessage(const QNetworkReply& reply) const;
     QString unreadableFeedMessage() const;
 
     std::unique_ptr<QSettings> m_store;
@@ -96,6 +103,9 @@ private:
     QUrl m_feed;
     bool m_checking = false;
     bool m_feedTooLarge = false;
+    bool m_timedOut = false;
+    std::chrono::milliseconds m_deadline = checkDeadline;
+    QTimer* m_deadlineTimer;
     QPointer<QNetworkReply> m_reply;
     std::optional<Outcome> m_outcome;
 };

@@ -2,6 +2,7 @@
 #include "app/JobFile.h"
 #include "app/Machine.h"
 #include "app/TransferProgress.h"
+#include "app/UploadRecord.h"
 #include "support/TestFiles.h"
 
 #include <QDir>
@@ -9,70 +10,93 @@
 #include <QTest>
 
 using namespace tarnwick;
+using namespace Qt::StringLiterals;
 using namespace tarnwick::testing;
 
 class RecordsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void jobFileValidation_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<std::optional<Error>>("error");
-        const auto unsupported = [](const char* extension) {
-            return std::optional<Error>(
-                JobFileError::unsupportedExtension(QLatin1String(extension)));
-        };
-        QTest::newRow("upper") << QStringLiteral("part.NC") << std::optional<Error>();
-        QTest::newRow("mixed") << QStringLiteral("my part.v2.Cnc") << std::optional<Error>();
-        QTest::newRow("gcode") << QStringLiteral("part.GCODE") << std::optional<Error>();
-        QTest::newRow("zip") << QStringLiteral("part.nc.zip") << unsupported("zip");
-        QTest::newRow("txt") << QStringLiteral("notes.TXT") << unsupported("txt");
-        QTest::newRow("none") << QStringLiteral("README") << unsupported("");
-        QTest::newRow("folder") << QStringLiteral("jobs.nc/")
-                                << std::optional<Error>(JobFileError::notARegularFile());
-    }
+    // Each name gives its JobFile's name, or the description of its error.
     void jobFileValidation() {
-        QFETCH(QString, name);
-        QFETCH(std::optional<Error>, error);
         QTemporaryDir dir;
-        QUrl url;
-        if (name.endsWith(QLatin1Char('/'))) {
-            name.chop(1);
-            QVERIFY(QDir(dir.path()).mkdir(name));
-            url = QUrl::fromLocalFile(dir.filePath(name));
-        } else {
-            url = writeFile(dir, name, "G0 X0\n");
+        QVERIFY(QDir(dir.path()).mkdir(u"jobs.nc"_s));
+        const QStringList names{u"part.NC"_s,     u"my part.v2.Cnc"_s, u"part.GCODE"_s,
+                                u"part.nc.zip"_s, u"notes.TXT"_s,      u"README"_s,
+                                u"jobs.nc"_s};
+        QStringList results;
+        for (const QString& name : names) {
+            const QUrl url = name == u"jobs.nc" ? QUrl::fromLocalFile(dir.filePath(name))
+                                                : writeFile(dir, name, "G0 X0\n");
+            const Result<JobFile> file = JobFile::fromUrl(url);
+            if (!file) {
+                results << file.error().description();
+                continue;
+            }
+            QCOMPARE(file.value(), (JobFile{url, 6, QFileInfo(url.toLocalFile()).lastModified()}));
+            QCOMPARE(file->id(), dir.filePath(name));
+            results << file->fileName();
         }
-        const Result<JobFile> file = JobFile::fromUrl(url);
-        if (error) {
-            QCOMPARE(file.error(), *error);
-            return;
-        }
-        QCOMPARE(file.value(), (JobFile{url, 6, QFileInfo(url.toLocalFile()).lastModified()}));
-        QCOMPARE(file->id(), dir.filePath(name));
-        QCOMPARE(file->fileName(), name);
+        const auto unsupported = [](const char* extension) {
+            return JobFileError::unsupportedExtension(QLatin1String(extension)).description();
+        };
+        QCOMPARE(results,
+                 (QStringList{names[0], names[1], names[2], unsupported("zip"), unsupported("txt"),
+                              unsupported(""), JobFileError::notARegularFile().description()}));
     }
 
-    void jobFileTexts() {
-        QCOMPARE(Error(JobFileError::unsupportedExtension(QStringLiteral("txt"))).description(),
-                 QStringLiteral("The .txt extension is not supported. Choose an .nc, .cnc or "
-                                ".gcode file."));
-        QCOMPARE(JobFileError::unsupportedExtension({}).description(),
-                 QStringLiteral("The . extension is not supported. Choose an .nc, .cnc or "
-                                ".gcode file."));
-        QCOMPARE(JobFileError::notARegularFile().description(),
-                 QStringLiteral("Please choose a regular file."));
-
+    void jobFileReadingErrors() {
         QTemporaryDir dir;
-        QCOMPARE(JobFile::fromUrl(writeFile(dir, QStringLiteral("empty.nc"), {}))->size, 0);
-        const auto missing =
-            JobFile::fromUrl(QUrl::fromLocalFile(dir.filePath(QStringLiteral("gone.nc"))));
+        QCOMPARE(JobFile::fromUrl(writeFile(dir, u"empty.nc"_s, {}))->size, 0);
+        const auto missing = JobFile::fromUrl(QUrl::fromLocalFile(dir.filePath(u"gone.nc"_s)));
         QVERIFY(missing.error().is<PlatformError>());
-        QVERIFY(missing.error().description().contains(QStringLiteral("gone.nc")));
+        QVERIFY(missing.error().description().contains(u"gone.nc"_s));
+    }
+
+    // The one place where the errors' texts are spelled out; other tests use description().
+    void errorTexts() {
+        const QList<std::pair<Error, const char*>> rows{
+            {JobFileError::unsupportedExtension(u"txt"_s),
+             "The .txt extension is not supported. Choose an .nc, .cnc or .gcode file."},
+            {JobFileError::unsupportedExtension({}),
+             "The . extension is not supported. Choose an .nc, .cnc or .gcode file."},
+            {JobFileError::notARegularFile(), "Please choose a regular file."},
+            {UploadError::rejected({}), "The machine rejected the upload: "},
+            {UploadError::invalidResponse(u"x"_s), "The machine returned an invalid response: x"},
+            {UploadError::cancelled(), "The upload was cancelled."},
+            {UploadError::timedOut(), "The machine did not respond before the upload timed out."},
+        };
+        for (const auto& [error, text] : rows)
+            QCOMPARE(error.description(), QString::fromUtf8(text));
+        QVERIFY(UploadError::rejected(u"x"_s) != UploadError::rejected(u"y"_s));
+        QVERIFY(UploadError::rejected(u"x"_s) != UploadError::invalidResponse(u"x"_s));
+        QVERIFY(Error(UploadError::cancelled()) != Error(CancellationError{}));
+    }
+
+    void canonicalIPv4() {
+        for (const char* address : {"0.0.0.0", "255.255.255.255", "192.168.1.5"})
+            QVERIFY2(isCanonicalIPv4(QString::fromLatin1(address)), address);
+        for (const char* address : {"192.168.001.5", "256.1.1.1", "1.2.3", "1.2.3.4.5", "1..2.3.4",
+                                    "+1.2.3.4", "1.2.3.4 ", "1.2.3.\u0664", "", "1.2.3.1000"})
+            QVERIFY2(!isCanonicalIPv4(QString::fromUtf8(address)), address);
+    }
+
+    // Same machine, path and size, no older than a day, counts.
+    void duplicateWindow() {
+        const QDateTime now(QDate(2026, 11, 23), QTime(12, 0), Qt::UTC);
+        const auto duplicate = [&](const QString& machine, qint64 size, qint64 age) {
+            return isRecentDuplicate({{u"m"_s, u"/a.nc"_s, 5, now.addSecs(-age)}}, machine,
+                                     u"/a.nc"_s, size, now);
+        };
+        QCOMPARE(QList<bool>({duplicate(u"m"_s, 5, 0), duplicate(u"m"_s, 5, 86400),
+                              duplicate(u"m"_s, 5, 86401), duplicate(u"m"_s, 6, 10),
+                              duplicate(u"n"_s, 5, 10)}),
+                 QList<bool>({true, true, false, false, false}));
+        QVERIFY(!isRecentDuplicate({}, u"m"_s, u"/a.nc"_s, 5, now));
     }
 
     void machineIdentityAndEquality() {
-        const Machine a{QStringLiteral("Mill"), std::nullopt, QStringLiteral("10.0.0.5"), 80,
+        const Machine a{u"Mill"_s, std::nullopt, u"10.0.0.5"_s, 80,
                         Machine::ConnectionStatus::Discovered};
         Machine connected = a;
         connected.status = Machine::ConnectionStatus::Connected;
@@ -80,48 +104,28 @@ private Q_SLOTS:
         otherPort.port = 2222;
         Machine emptyModel = a;
         emptyModel.model = QString();
-        QCOMPARE(a.id(), QStringLiteral("10.0.0.5:80"));
+        QCOMPARE(a.id(), u"10.0.0.5:80"_s);
         QCOMPARE(connected.id(), a.id());
         QVERIFY(connected != a && otherPort.id() != a.id() && emptyModel != a);
         QVERIFY(qHash(emptyModel) != qHash(a));
-        QCOMPARE(connectionStatusFromRawValue(QStringLiteral("busy")),
-                 Machine::ConnectionStatus::Busy);
-        QVERIFY(!connectionStatusFromRawValue(QStringLiteral("offline")));
-        QVERIFY(!phaseFromRawValue(QStringLiteral("Uploading")));
+        QCOMPARE(connectionStatusFromRawValue(u"busy"_s), Machine::ConnectionStatus::Busy);
+        QCOMPARE(rawValue(Machine::ConnectionStatus::Unavailable), u"unavailable"_s);
+        QCOMPARE(rawValue(TransferProgress::Phase::Preparing), u"preparing"_s);
+        for (const char* text : {"offline", "Busy", "busy ", "1", "Machine::busy", ""})
+            QVERIFY2(!connectionStatusFromRawValue(QString::fromLatin1(text)), text);
+        QVERIFY(!phaseFromRawValue(u"Uploading"_s));
     }
 
-    void progressFraction_data() {
-        using Phase = TransferProgress::Phase;
-        QTest::addColumn<TransferProgress>("progress");
-        QTest::addColumn<double>("fraction");
-        QTest::newRow("preparing none") << TransferProgress{Phase::Preparing, 0, 100, 0} << 0.0;
-        QTest::newRow("quarter") << TransferProgress{Phase::Uploading, 25, 100, 5e6} << 0.25;
-        QTest::newRow("over") << TransferProgress{Phase::Uploading, 150, 100, 0} << 1.0;
-        QTest::newRow("negative") << TransferProgress{Phase::Uploading, -5, 100, 0} << 0.0;
-        QTest::newRow("empty uploading") << TransferProgress{Phase::Uploading, 0, 0, 0} << 0.0;
-        QTest::newRow("empty completed") << TransferProgress{Phase::Completed, 0, 0, 0} << 1.0;
-    }
     void progressFraction() {
-        QFETCH(TransferProgress, progress);
-        QFETCH(double, fraction);
-        QCOMPARE(progress.fraction(), fraction);
-    }
-
-    void uploadErrors() {
-        const QString m = QStringLiteral("x");
-        QVERIFY(UploadError::rejected(m) == UploadError::rejected(m));
-        QVERIFY(UploadError::rejected(m) != UploadError::invalidResponse(m));
-        QVERIFY(UploadError::rejected(m) != UploadError::rejected(QStringLiteral("y")));
-        QVERIFY(UploadError::cancelled() != UploadError::timedOut());
-        QVERIFY(Error(UploadError::cancelled()) != Error(CancellationError{}));
-        QCOMPARE(UploadError::rejected({}).description(),
-                 QStringLiteral("The machine rejected the upload: "));
-        QCOMPARE(UploadError::invalidResponse(m).description(),
-                 QStringLiteral("The machine returned an invalid response: x"));
-        QCOMPARE(UploadError::cancelled().description(),
-                 QStringLiteral("The upload was cancelled."));
-        QCOMPARE(UploadError::timedOut().description(),
-                 QStringLiteral("The machine did not respond before the upload timed out."));
+        using Phase = TransferProgress::Phase;
+        const QList<TransferProgress> values{
+            {Phase::Preparing, 0, 100, 0},   {Phase::Uploading, 25, 100, 5e6},
+            {Phase::Uploading, 150, 100, 0}, {Phase::Uploading, -5, 100, 0},
+            {Phase::Uploading, 0, 0, 0},     {Phase::Completed, 0, 0, 0}};
+        QList<double> fractions;
+        for (const TransferProgress& value : values)
+            fractions << value.fraction();
+        QCOMPARE(fractions, QList<double>({0.0, 0.25, 1.0, 0.0, 0.0, 1.0}));
     }
 };
 

@@ -15,7 +15,7 @@ class CheckUpdateCommandTest : public QObject {
 private Q_SLOTS:
     void printsTheOutcomeAndKeepsTheIdentifier() {
         QTemporaryDir config;
-        qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+        qputenv("TARNWICK_SETTINGS_FILE", config.filePath(u"settings.ini"_s).toUtf8());
         FeedServer server;
         // The feed server answers from this process, so the tool runs while the event loop turns.
         const auto run = [&](int status, const QByteArray& body) {

@@ -8,13 +8,14 @@
 
 namespace tarnwick::testing {
 
-// The built tarnwick-cli, run with a settings folder of its own.
+// The built tarnwick-cli, run with a settings store of its own.
 inline void prepareCli(QProcess& process, const QTemporaryDir& configDir,
                        const QStringList& arguments) {
     process.setProgram(qEnvironmentVariable("TARNWICK_BIN_DIR") + QStringLiteral("/tarnwick-cli"));
     process.setArguments(arguments);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configDir.path());
+    environment.insert(QStringLiteral("TARNWICK_SETTINGS_FILE"),
+                       configDir.filePath(QStringLiteral("settings.ini")));
     process.setProcessEnvironment(environment);
 }
 

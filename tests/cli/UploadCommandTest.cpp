@@ -32,7 +32,8 @@ class Cli {
 public:
     Cli() {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_config.path());
+        environment.insert(QStringLiteral("TARNWICK_SETTINGS_FILE"),
+                           m_config.filePath(QStringLiteral("settings.ini")));
         m_process.setProcessEnvironment(environment);
         m_process.setProgram(binaryPath(QStringLiteral("tarnwick-cli")));
     }

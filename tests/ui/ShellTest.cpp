@@ -1,5 +1,6 @@
 #include "BuildConfig.h"
 #include "UiHarness.h"
+#include "app/SettingsStore.h"
 #include "ui/AboutView.h"
 #include "ui/ContentView.h"
 #include "ui/SettingsView.h"
@@ -141,7 +142,7 @@ private Q_SLOTS:
     }
 
     void noLaunchCheckWhenTurnedOff() {
-        checkerStore()->setValue(QStringLiteral("automaticUpdateChecks"), false);
+        settings::setAutomaticUpdateChecks(*checkerStore(), false);
         makeApp();
         startApp();
         QTest::qWait(200);
@@ -151,7 +152,7 @@ private Q_SLOTS:
     }
 
     void aNewerVersionOffersADownload() {
-        checkerStore()->setValue(QStringLiteral("automaticUpdateChecks"), false);
+        settings::setAutomaticUpdateChecks(*checkerStore(), false);
         server->respond(200, "{\"version\":\"9.4.1\",\"url\":\"https://example.test/get\"}");
         makeApp();
         startApp();
@@ -178,7 +179,7 @@ private Q_SLOTS:
     }
 
     void laterDismissesWithoutOpeningAnything() {
-        checkerStore()->setValue(QStringLiteral("automaticUpdateChecks"), false);
+        settings::setAutomaticUpdateChecks(*checkerStore(), false);
         server->respond(200, "{\"version\":\"2.0\",\"url\":\"https://example.test/get\"}");
         makeApp();
         startApp();
@@ -192,7 +193,7 @@ private Q_SLOTS:
     }
 
     void upToDateAndFailedChecksSayOK() {
-        checkerStore()->setValue(QStringLiteral("automaticUpdateChecks"), false);
+        settings::setAutomaticUpdateChecks(*checkerStore(), false);
         makeApp();
         startApp();
         action(QStringLiteral("checkForUpdatesAction"))->trigger();
@@ -262,16 +263,16 @@ private Q_SLOTS:
     }
 
     void theWindowComesBackWhereItWas() {
-        checkerStore()->setValue(QStringLiteral("automaticUpdateChecks"), false);
+        settings::setAutomaticUpdateChecks(*checkerStore(), false);
         makeApp();
         startApp();
         app->mainWindow().resize(1234, 777);
         QTRY_COMPARE(app->mainWindow().size(), QSize(1234, 777));
         app.reset();
-        QVERIFY(!shellStore()->value(TarnwickApp::geometryKey).toByteArray().isEmpty());
+        QVERIFY(!settings::windowGeometry(*shellStore()).isEmpty());
 
         h = std::make_unique<UiHarness>();
-        checkerStore()->setValue(QStringLiteral("automaticUpdateChecks"), false);
+        settings::setAutomaticUpdateChecks(*checkerStore(), false);
         makeApp();
         startApp();
         QCOMPARE(app->mainWindow().size(), QSize(1234, 777));

@@ -67,12 +67,8 @@ private Q_SLOTS:
         QCOMPARE(server.targets, QStringList(2, u"/quorle/version.json?uuid=" + id + u"&v=1.3"));
 
         QVERIFY(first.automaticChecksEnabled());
-        const auto enabled = [this](const QVariant& value) {
-            temporaryStore(m_dir)->setValue(u"automaticUpdateChecks"_s, value);
-            return checker(u"1.3"_s, QUrl())->automaticChecksEnabled();
-        };
-        QCOMPARE(QList<bool>({enabled(false), enabled(true), enabled(0), enabled(u"no"_s)}),
-                 QList<bool>({false, true, true, true}));
+        temporaryStore(m_dir)->setValue(u"automaticUpdateChecks"_s, false);
+        QVERIFY(!checker(u"1.3"_s, QUrl())->automaticChecksEnabled());
     }
 
     // Each row runs an automatic check, a manual one and another automatic one; an automatic
@@ -95,6 +91,9 @@ private Q_SLOTS:
         QTest::newRow("201") << v << 201 << "2.0"_ba << 0 << bad;
         QTest::newRow("html") << v << 200 << "<html/>"_ba << 0 << bad;
         QTest::newRow("cut short") << v << 200 << "2.0"_ba << 9 << u"Connection closed"_s;
+        QTest::newRow("bad gzip") << v << 200 << "\x1f\x8b\x08junk"_ba << -1
+                                  << u"Decompression failed: the compressed answer is damaged or "
+                                     u"cut short."_s;
         QTest::newRow("refused") << v << 0 << QByteArray() << 0 << u"Connection refused"_s;
         QTest::newRow("no version") << QString() << 200 << newer << 0 << same;
         QTest::newRow("no valid version") << u"dev"_s << 200 << newer << 0 << same;
@@ -108,7 +107,8 @@ private Q_SLOTS:
         QFETCH(QString, manual);
         FeedServer server;
         manual.replace(u"FEED"_s, server.url.toString());
-        server.respond(status, body, missing);
+        server.respond(status, body, std::max(missing, 0),
+                       missing < 0 ? "Content-Encoding: gzip\r\n" : QByteArray());
         auto updateChecker = checker(running, server.url);
         QSignalSpy outcomes(updateChecker.get(), &UpdateChecker::outcomeChanged);
         const bool newer = manual.startsWith(u"2.0");
@@ -126,6 +126,36 @@ private Q_SLOTS:
         const QString target = u"/quorle/version.json?uuid=" + updateChecker->installID() +
                                (running == u"1.3" ? u"&v=1.3" : u"");
         QCOMPARE(server.targets, status ? QStringList(3, target) : QStringList());
+    }
+
+    // However the server stalls, the check ends at its deadline with a time-out.
+    void endsAtTheDeadline_data() {
+        QTest::addColumn<QByteArrayList>("queued");
+        QTest::addColumn<int>("dripFrom");
+        QTest::addColumn<int>("requests");
+        const QByteArray redirect = FeedServer::response(302, {}, 0, "Location: /silent\r\n");
+        QTest::newRow("silent") << QByteArrayList() << -1 << 1;
+        QTest::newRow("redirect to silence") << QByteArrayList{redirect} << -1 << 2;
+        QTest::newRow("slow headers") << QByteArrayList{FeedServer::response(200, "2.0")} << 0 << 1;
+        QTest::newRow("dripping body")
+            << QByteArrayList{FeedServer::response(200, QByteArray(200, ' ') + "2.0")}
+            << int(FeedServer::response(200, {}).size()) << 1;
+    }
+    void endsAtTheDeadline() {
+        QFETCH(QByteArrayList, queued);
+        QFETCH(int, dripFrom);
+        QFETCH(int, requests);
+        FeedServer server;
+        server.hold();
+        server.queued = queued;
+        server.dripFrom = dripFrom;
+        auto updateChecker = checker(u"1.3"_s, server.url);
+        updateChecker->setDeadline(std::chrono::milliseconds(1000));
+        // Without the deadline the drips would last 20 s and the silence forever.
+        QVERIFY(runsToTheEnd(*updateChecker, true));
+        QCOMPARE(describe(updateChecker->outcome()),
+                 u"The update server did not answer within 1 seconds."_s);
+        QCOMPARE(server.targets.size(), requests);
     }
 };
 
