@@ -34,11 +34,11 @@ function(tarnwick_test name)
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
-    # Tests never touch the user's own settings store.
+    # Tests never touch the user's own settings store, and read English whatever the system speaks.
     set_tests_properties(${name} PROPERTIES
         LABELS "${ARG_LABELS}"
         TIMEOUT ${ARG_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test-config;TARNWICK_BIN_DIR=${CMAKE_BINARY_DIR}/bin")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TARNWICK_LANGUAGE=en_US;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test-config;TARNWICK_BIN_DIR=${CMAKE_BINARY_DIR}/bin")
     if(ARG_RESOURCE_LOCK)
         set_tests_properties(${name} PROPERTIES RESOURCE_LOCK ${ARG_RESOURCE_LOCK})
     endif()

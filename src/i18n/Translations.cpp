@@ -33,6 +33,11 @@ QTranslator* loaded(const QLocale& locale, const QString& name, const QStringLis
 
 } // namespace
 
+QLocale preferredLocale() {
+    const QString name = qEnvironmentVariable("TARNWICK_LANGUAGE");
+    return name.isEmpty() ? QLocale::system() : QLocale(name);
+}
+
 bool useLanguage(const QLocale& locale) {
     QCoreApplication* application = QCoreApplication::instance();
     for (QTranslator* old :
