@@ -34,11 +34,12 @@ function(tarnwick_test name)
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
-    # Every test has a settings store of its own and never touches the user's, on any platform.
+    # Every test has a settings store of its own and never touches the user's, on any platform,
+    # and reads English whatever the system speaks.
     set_tests_properties(${name} PROPERTIES
         LABELS "${ARG_LABELS}"
         TIMEOUT ${ARG_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TARNWICK_SETTINGS_FILE=${CMAKE_BINARY_DIR}/test-settings/${name}.ini;TARNWICK_BIN_DIR=${CMAKE_BINARY_DIR}/bin")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TARNWICK_LANGUAGE=en_US;TARNWICK_SETTINGS_FILE=${CMAKE_BINARY_DIR}/test-settings/${name}.ini;TARNWICK_BIN_DIR=${CMAKE_BINARY_DIR}/bin")
     if(ARG_RESOURCE_LOCK)
         set_tests_properties(${name} PROPERTIES RESOURCE_LOCK ${ARG_RESOURCE_LOCK})
     endif()

@@ -96,7 +96,7 @@ void AppModel::discover() {
     connect(scan, &Operation::failed, this, [this, scan](const Error& error) {
         scan->deleteLater();
         if (!error.is<CancellationError>())
-            setErrorMessage(QStringLiteral("Discovery failed: ") + error.description());
+            setErrorMessage(tr("Discovery failed: %1").arg(error.description()));
         setDiscovering(false);
     });
 }
@@ -143,7 +143,7 @@ void AppModel::checkConnection() {
     connect(check, &Operation::failed, this, [this, check, id = machine.id()](const Error& error) {
         check->deleteLater();
         updateStatus(Machine::ConnectionStatus::Unavailable, id);
-        setErrorMessage(QStringLiteral("Connection check failed: ") + error.description());
+        setErrorMessage(tr("Connection check failed: %1").arg(error.description()));
         setCheckingConnection(false);
     });
 }
@@ -167,7 +167,7 @@ std::optional<Error> AppModel::addManualMachine(const QString& ipAddress, quint1
     if (!isCanonicalIPv4(ipAddress) || port == 0)
         return Error(DiscoveryPacketError::InvalidAddress);
 
-    const Machine machine{QStringLiteral("Manual machine"), std::nullopt, ipAddress, port,
+    const Machine machine{tr("Manual machine"), std::nullopt, ipAddress, port,
                           Machine::ConnectionStatus::Discovered};
     const bool listed = std::any_of(m_machines.begin(), m_machines.end(),
                                     [&](const Machine& m) { return m.id() == machine.id(); });

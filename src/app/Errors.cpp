@@ -1,17 +1,24 @@
 #include "app/Errors.h"
 
+#include <QCoreApplication>
+
 namespace tarnwick {
 
 QString UploadError::description() const {
     switch (m_kind) {
     case Kind::Rejected:
-        return QStringLiteral("The machine rejected the upload: ") + m_message;
+        return QCoreApplication::translate("tarnwick::UploadError",
+                                           "The machine rejected the upload: %1")
+            .arg(m_message);
     case Kind::InvalidResponse:
-        return QStringLiteral("The machine returned an invalid response: ") + m_message;
+        return QCoreApplication::translate("tarnwick::UploadError",
+                                           "The machine returned an invalid response: %1")
+            .arg(m_message);
     case Kind::Cancelled:
-        return QStringLiteral("The upload was cancelled.");
+        return QCoreApplication::translate("tarnwick::UploadError", "The upload was cancelled.");
     case Kind::TimedOut:
-        return QStringLiteral("The machine did not respond before the upload timed out.");
+        return QCoreApplication::translate(
+            "tarnwick::UploadError", "The machine did not respond before the upload timed out.");
     }
     Q_UNREACHABLE();
     return {};
@@ -20,12 +27,16 @@ QString UploadError::description() const {
 QString JobFileError::description() const {
     switch (m_kind) {
     case Kind::UnsupportedExtension:
-        return QStringLiteral("The .") + m_extension +
-               QStringLiteral(" extension is not supported. Choose an .nc, .cnc or .gcode file.");
+        return QCoreApplication::translate(
+                   "tarnwick::JobFileError",
+                   "The .%1 extension is not supported. Choose an .nc, .cnc or .gcode file.")
+            .arg(m_extension);
     case Kind::NotARegularFile:
-        return QStringLiteral("Please choose a regular file.");
+        return QCoreApplication::translate("tarnwick::JobFileError",
+                                           "Please choose a regular file.");
     case Kind::ChangedWhileSending:
-        return QStringLiteral("The job file changed while it was being sent.");
+        return QCoreApplication::translate("tarnwick::JobFileError",
+                                           "The job file changed while it was being sent.");
     }
     Q_UNREACHABLE();
     return {};
@@ -34,13 +45,17 @@ QString JobFileError::description() const {
 QString description(DiscoveryPacketError error) {
     switch (error) {
     case DiscoveryPacketError::InvalidUTF8:
-        return QStringLiteral("The announcement is not valid UTF-8 text.");
+        return QCoreApplication::translate("tarnwick::DiscoveryPacketError",
+                                           "The announcement is not valid UTF-8 text.");
     case DiscoveryPacketError::InsufficientFields:
-        return QStringLiteral("The announcement has fewer than four fields.");
+        return QCoreApplication::translate("tarnwick::DiscoveryPacketError",
+                                           "The announcement has fewer than four fields.");
     case DiscoveryPacketError::InvalidAddress:
-        return QStringLiteral("The address is not a valid IPv4 address.");
+        return QCoreApplication::translate("tarnwick::DiscoveryPacketError",
+                                           "The address is not a valid IPv4 address.");
     case DiscoveryPacketError::InvalidPort:
-        return QStringLiteral("The port is not a number from 1 to 65535.");
+        return QCoreApplication::translate("tarnwick::DiscoveryPacketError",
+                                           "The port is not a number from 1 to 65535.");
     }
     Q_UNREACHABLE();
     return {};
@@ -54,32 +69,42 @@ static QString hex(qint64 value, int digits) {
 QString MakeraPacketError::description() const {
     switch (m_kind) {
     case Kind::InvalidHeader:
-        return QStringLiteral("The machine sent a packet with an invalid header (%1).")
+        return QCoreApplication::translate("tarnwick::MakeraPacketError",
+                                           "The machine sent a packet with an invalid header (%1).")
             .arg(hex(m_value, 4));
     case Kind::InvalidFooter:
-        return QStringLiteral("The machine sent a packet with an invalid footer (%1).")
+        return QCoreApplication::translate("tarnwick::MakeraPacketError",
+                                           "The machine sent a packet with an invalid footer (%1).")
             .arg(hex(m_value, 4));
     case Kind::InvalidLength:
-        return QStringLiteral("The machine sent a packet with an invalid length (%1).")
+        return QCoreApplication::translate("tarnwick::MakeraPacketError",
+                                           "The machine sent a packet with an invalid length (%1).")
             .arg(m_value);
     case Kind::Oversized:
-        return QStringLiteral("The packet is too large to send (length %1, at most 8200).")
+        return QCoreApplication::translate(
+                   "tarnwick::MakeraPacketError",
+                   "The packet is too large to send (length %1, at most 8200).")
             .arg(m_value);
     case Kind::UnknownType:
-        return QStringLiteral("The machine sent a packet of unknown type %1.").arg(hex(m_value, 2));
+        return QCoreApplication::translate("tarnwick::MakeraPacketError",
+                                           "The machine sent a packet of unknown type %1.")
+            .arg(hex(m_value, 2));
     case Kind::Checksum:
-        return QStringLiteral("The machine sent a packet with a wrong checksum (computed %1, "
-                              "received %2).")
+        return QCoreApplication::translate("tarnwick::MakeraPacketError",
+                                           "The machine sent a packet with a wrong checksum "
+                                           "(computed %1, received %2).")
             .arg(hex(m_expected, 4), hex(m_actual, 4));
     case Kind::Truncated:
-        return QStringLiteral("The machine sent a packet that was cut short.");
+        return QCoreApplication::translate("tarnwick::MakeraPacketError",
+                                           "The machine sent a packet that was cut short.");
     }
     Q_UNREACHABLE();
     return {};
 }
 
 QString CancellationError::description() const {
-    return QStringLiteral("The operation was cancelled.");
+    return QCoreApplication::translate("tarnwick::CancellationError",
+                                       "The operation was cancelled.");
 }
 
 QString Error::description() const {

@@ -3,6 +3,7 @@
 #include "app/JsonFields.h"
 #include "app/StoredDate.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QHashFunctions>
@@ -24,12 +25,13 @@ Result<JobFile> JobFile::fromUrl(const QUrl& url) {
     const QFileInfo info(path);
     if (path.isEmpty() || !info.exists()) {
         QFile file(path);
-        QString reason = QStringLiteral("No such file or directory");
+        QString reason =
+            QCoreApplication::translate("tarnwick::JobFile", "No such file or directory");
         if (!path.isEmpty() && !file.open(QIODevice::ReadOnly))
             reason = file.errorString();
         return PlatformError{
             PlatformError::Domain::File, int(QFileDevice::OpenError),
-            QStringLiteral("“%1” could not be opened: %2.")
+            QCoreApplication::translate("tarnwick::JobFile", "“%1” could not be opened: %2.")
                 .arg(url.fileName().isEmpty() ? url.toDisplayString() : url.fileName(), reason)};
     }
     if (!info.isFile())

@@ -2,6 +2,7 @@
 #include "app/SettingsStore.h"
 #include "cli/Commands.h"
 #include "cli/Console.h"
+#include "i18n/Translations.h"
 
 #include <QCoreApplication>
 
@@ -39,6 +40,7 @@ int main(int argc, char* argv[]) {
     qputenv("QT_NO_GLIB", "1");
     QCoreApplication app(argc, argv);
     setApplicationIdentity();
+    i18n::useLanguage();
 
     QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 2 || arguments[1] == QLatin1String("--help") ||

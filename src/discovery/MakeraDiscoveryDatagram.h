@@ -5,13 +5,16 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QCoreApplication>
 
 namespace tarnwick {
 
 // The announcement a machine sends on the local network: UTF-8 text "NAME,ADDRESS,PORT,BUSY".
 struct MakeraDiscoveryDatagram {
     // The name a machine gets when it announces an empty one.
-    static QString defaultName() { return QStringLiteral("Makera machine"); }
+    static QString defaultName() {
+        return QCoreApplication::translate("tarnwick::MakeraDiscoveryDatagram", "Makera machine");
+    }
 
     // Validates the payload strictly, since its address and port are used unchanged to connect
     // and to tell machines apart. Fails with the first DiscoveryPacketError in the order: text

@@ -42,7 +42,7 @@ void TcpConnectionCheck::connectToMachine() {
     if (address.isNull()) {
         decide(PlatformError{PlatformError::Domain::Network,
                              int(QAbstractSocket::HostNotFoundError),
-                             QStringLiteral("%1 is not an IP address.").arg(m_machine.ipAddress)});
+                             tr("%1 is not an IP address.").arg(m_machine.ipAddress)});
         return;
     }
     // The system would send a connection request to port 0 of a remote host; no controller
@@ -50,7 +50,7 @@ void TcpConnectionCheck::connectToMachine() {
     if (m_machine.port == 0) {
         decide(PlatformError{PlatformError::Domain::Network,
                              int(QAbstractSocket::ConnectionRefusedError),
-                             QStringLiteral("Port 0 cannot be connected to.")});
+                             tr("Port 0 cannot be connected to.")});
         return;
     }
     m_socket->connectToHost(address, m_machine.port);

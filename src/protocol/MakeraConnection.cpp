@@ -1,5 +1,6 @@
 #include "protocol/MakeraConnection.h"
 
+#include <QCoreApplication>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -10,7 +11,8 @@ namespace {
 constexpr qint64 readSize = 65536;
 
 QString closedByPeer() {
-    return QStringLiteral("The machine closed the connection.");
+    return QCoreApplication::translate("tarnwick::MakeraConnection",
+                                       "The machine closed the connection.");
 }
 
 // Qt's timers may fire a little early; a deadline is only reached once it has expired.
@@ -29,8 +31,7 @@ Result<MakeraConnection*> MakeraConnection::create(const Machine& machine, QObje
     Q_UNUSED(registered);
 
     if (machine.port == 0)
-        return UploadError::rejected(QString::number(machine.port) +
-                                     QStringLiteral(" is not a usable TCP port."));
+        return UploadError::rejected(tr("%1 is not a usable TCP port.").arg(machine.port));
     return new MakeraConnection(machine.ipAddress, machine.port, parent);
 }
 

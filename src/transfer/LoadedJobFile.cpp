@@ -2,6 +2,7 @@
 
 #include "transfer/MakeraUploadSession.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace tarnwick {
@@ -9,9 +10,10 @@ namespace tarnwick {
 namespace {
 
 PlatformError fileError(const QFile& file) {
-    return PlatformError{PlatformError::Domain::File, int(file.error()),
-                         QStringLiteral("“%1” could not be read: %2.")
-                             .arg(QFileInfo(file.fileName()).fileName(), file.errorString())};
+    return PlatformError{
+        PlatformError::Domain::File, int(file.error()),
+        QCoreApplication::translate("tarnwick::LoadedJobFile", "“%1” could not be read: %2.")
+            .arg(QFileInfo(file.fileName()).fileName(), file.errorString())};
 }
 
 } // namespace

@@ -95,11 +95,10 @@ void MakeraFileUploader::fileLoaded(const Result<LoadedJobFile>& loaded) {
     m_content = loaded.value();
     const QString name = m_file.fileName();
     if (m_content.bytes.isEmpty())
-        return fail(UploadError::rejected(name + QStringLiteral(" is empty.")),
-                    CancelPacket::DoNotSend);
+        return fail(UploadError::rejected(tr("%1 is empty.").arg(name)), CancelPacket::DoNotSend);
     // The view reply carries the chunk count in 32 bits.
     if ((m_content.bytes.size() + chunkSize - 1) / chunkSize > qint64(0xFFFFFFFF))
-        return fail(UploadError::rejected(name + QStringLiteral(" is too large to send.")),
+        return fail(UploadError::rejected(tr("%1 is too large to send.").arg(name)),
                     CancelPacket::DoNotSend);
     Q_EMIT progress({TransferProgress::Phase::Preparing, 0, m_content.bytes.size(), 0});
     // A name the machine cannot take ends the upload before anything goes out.
@@ -212,7 +211,7 @@ void MakeraFileUploader::answer(const MakeraPacket& packet) {
         return succeed();
     case MakeraUploadSession::Event::Kind::Cancelled:
         qCCritical(uploadLog, "Machine cancelled after %lld bytes", m_session->bytesSent());
-        return fail(UploadError::rejected(QStringLiteral("The machine cancelled the transfer.")),
+        return fail(UploadError::rejected(tr("The machine cancelled the transfer.")),
                     CancelPacket::DoNotSend);
     case MakeraUploadSession::Event::Kind::Send:
         if (std::optional<Error> error = m_connection->send(*event.value()->packet))

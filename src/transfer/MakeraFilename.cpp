@@ -1,5 +1,7 @@
 #include "transfer/MakeraFilename.h"
 
+#include <QCoreApplication>
+
 #include <array>
 #include <utility>
 
@@ -23,7 +25,8 @@ Result<QByteArray> uploadCommand(const QString& name) {
     escaped.replace(QLatin1Char('\\'), QLatin1Char('/'));
     if (escaped.contains(QLatin1Char('/')) || escaped == QLatin1String(".") ||
         escaped == QLatin1String(".."))
-        return UploadError::rejected(QStringLiteral("The filename contains a path separator."));
+        return UploadError::rejected(QCoreApplication::translate(
+            "tarnwick::MakeraFilename", "The filename contains a path separator."));
     for (const auto& [plain, control] : escapes)
         escaped.replace(QChar(plain), QChar(control));
     return QByteArray(QByteArray("upload ") + destinationFolder + escaped.toUtf8() + '\n');

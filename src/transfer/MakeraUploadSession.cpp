@@ -1,5 +1,6 @@
 #include "transfer/MakeraUploadSession.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QtEndian>
 
@@ -48,8 +49,8 @@ MakeraUploadSession::receive(const MakeraPacket& packet) {
         return std::optional(Event::cancelled());
     case MakeraPacketType::FileRetry:
         if (!m_lastPacket)
-            return UploadError::invalidResponse(
-                QStringLiteral("Retry arrived before any transfer packet."));
+            return UploadError::invalidResponse(QCoreApplication::translate(
+                "tarnwick::MakeraUploadSession", "Retry arrived before any transfer packet."));
         return std::optional(Event::send(*m_lastPacket));
     default:
         // Not part of the transfer: nothing to answer.
@@ -75,7 +76,10 @@ MakeraUploadSession::serveChunk(const MakeraPacket& request) {
     const qint64 count = chunkCount();
     if (n == 0 || n > count)
         return UploadError::invalidResponse(
-            QStringLiteral("Requested chunk %1 is outside 1...%2.").arg(n).arg(count));
+            QCoreApplication::translate("tarnwick::MakeraUploadSession",
+                                        "Requested chunk %1 is outside 1...%2.")
+                .arg(n)
+                .arg(count));
 
     const qint64 start = (n - 1) * m_chunkSize;
     const qint64 end = std::min(start + m_chunkSize, qint64(m_fileData.size()));

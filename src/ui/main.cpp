@@ -1,5 +1,6 @@
 #include "app/AppModel.h"
 #include "app/SettingsStore.h"
+#include "i18n/Translations.h"
 #include "ui/ContentView.h"
 #include "ui/Icons.h"
 #include "ui/RealServices.h"
@@ -18,6 +19,7 @@ int main(int argc, char* argv[]) {
     sinceStart.start();
     QApplication application(argc, argv);
     setApplicationIdentity();
+    i18n::useLanguage();
     QApplication::setWindowIcon(ui::icons::applicationIcon());
     // Lets Wayland desktops match the window to the installed launcher entry and its icon.
     QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));

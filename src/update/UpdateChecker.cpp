@@ -145,8 +145,8 @@ QString UpdateChecker::transportFailureMessage(const QNetworkReply& reply) const
 
 QString UpdateChecker::unreadableFeedMessage() const {
     const QUrl withoutQuery = m_feed.adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment);
-    return QLatin1String("The update feed at ") + withoutQuery.toString(QUrl::FullyEncoded) +
-           QLatin1String(" could not be read.");
+    return tr("The update feed at %1 could not be read.")
+        .arg(withoutQuery.toString(QUrl::FullyEncoded));
 }
 
 } // namespace tarnwick

@@ -1,0 +1,54 @@
+#include "i18n/Translations.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+namespace tarnwick::i18n {
+
+namespace {
+
+const QString translatorName = QStringLiteral("tarnwickTranslator");
+
+// Deployed bundles carry Qt's catalogues beside the program; a system Qt keeps them in its own
+// folder.
+QStringList qtCatalogueFolders() {
+    return {QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("translations")),
+            QLibraryInfo::path(QLibraryInfo::TranslationsPath)};
+}
+
+QTranslator* loaded(const QLocale& locale, const QString& name, const QStringList& folders) {
+    auto* translator = new QTranslator(QCoreApplication::instance());
+    translator->setObjectName(translatorName);
+    for (const QString& folder : folders) {
+        if (translator->load(locale, name, QStringLiteral("_"), folder)) {
+            QCoreApplication::installTranslator(translator);
+            return translator;
+        }
+    }
+    delete translator;
+    return nullptr;
+}
+
+} // namespace
+
+QLocale preferredLocale() {
+    const QString name = qEnvironmentVariable("TARNWICK_LANGUAGE");
+    return name.isEmpty() ? QLocale::system() : QLocale(name);
+}
+
+bool useLanguage(const QLocale& locale) {
+    QCoreApplication* application = QCoreApplication::instance();
+    for (QTranslator* old :
+         application->findChildren<QTranslator*>(translatorName, Qt::FindDirectChildrenOnly))
+        delete old; // a deleted translator leaves the application's list by itself
+
+    // Qt's texts alone would mix two languages in one dialog.
+    if (!loaded(locale, QStringLiteral("tarnwick"), {QStringLiteral(":/i18n")}))
+        return false;
+    loaded(locale, QStringLiteral("qtbase"), qtCatalogueFolders());
+    return true;
+}
+
+} // namespace tarnwick::i18n

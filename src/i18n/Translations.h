@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QLocale>
+
+namespace tarnwick::i18n {
+
+// The language to speak: TARNWICK_LANGUAGE, a locale name such as "de_DE", where it is set (tests
+// pin their language with it on every platform), else the system's.
+QLocale preferredLocale();
+
+// Makes the running application speak the language of `locale`: our catalogue, and Qt's own for
+// the texts of standard dialogs and buttons where it is installed. Replaces the catalogues of an
+// earlier call. Returns false when we have no catalogue for that language, so the English texts
+// stand.
+bool useLanguage(const QLocale& locale = preferredLocale());
+
+} // namespace tarnwick::i18n
