@@ -63,6 +63,15 @@ QList<UploadRecord> AppPersistence::uploadRecords() const {
     return listFromJson<UploadRecord>(decode(uploadsKey)).value_or(QList<UploadRecord>());
 }
 
+std::optional<QList<UploadRecord>> AppPersistence::readUploadRecords() const {
+    m_store->sync();
+    if (m_store->status() != QSettings::NoError)
+        return std::nullopt;
+    if (!m_store->contains(uploadsKey))
+        return QList<UploadRecord>();
+    return listFromJson<UploadRecord>(decode(uploadsKey));
+}
+
 std::optional<Error> AppPersistence::recordUpload(const UploadRecord& record) {
     QList<UploadRecord> records = uploadRecords();
     records.prepend(record);

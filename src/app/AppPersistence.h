@@ -32,6 +32,8 @@ public:
 
     // Newest first.
     QList<UploadRecord> uploadRecords() const;
+    // The same, or none when the store or its history cannot be read (an empty history reads).
+    std::optional<QList<UploadRecord>> readUploadRecords() const;
     // The error when the history could not be saved; what was stored before stays.
     std::optional<Error> recordUpload(const UploadRecord& record);
 

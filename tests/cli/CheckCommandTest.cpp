@@ -16,14 +16,12 @@ private Q_SLOTS:
         QTcpServer closed;
         QVERIFY(closed.listen(QHostAddress::LocalHost, 0));
         const QString accepting = u"127.0.0.1:%1"_s.arg(listening.serverPort());
-        const QString invalid = u"Enter a valid IPv4 address and port.\n"_s;
         cliColumns();
         cliRow("accepted", u"check "_s + accepting, 0,
                accepting + u" accepted the connection.\n"_s);
         cliRow("refused", u"check 127.0.0.1:%1"_s.arg(closed.serverPort()), 1, {},
                u"Connection check failed: Connection refused\n"_s);
-        cliRow("leading zero", u"check 192.168.01.20"_s, 2, {}, invalid);
-        cliRow("port 0", u"check 1.2.3.4:0"_s, 2, {}, invalid);
+        cliRow("port 0", u"check 1.2.3.4:0"_s, 2, {}, u"Enter a valid IPv4 address and port.\n"_s);
     }
     void run() { compareCliRun(); }
 };

@@ -1,9 +1,5 @@
-#include "BuildConfig.h"
+#include "CliRun.h"
 #include "update/FeedServer.h"
-
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -13,23 +9,14 @@ class CheckUpdateCommandTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // The feed server answers from this process, so the tool runs while the event loop turns.
     void printsTheOutcomeAndKeepsTheIdentifier() {
-        QTemporaryDir config;
-        qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
         FeedServer server;
-        // The feed server answers from this process, so the tool runs while the event loop turns.
+        const Cli cli;
         const auto run = [&](int status, const QByteArray& body) {
             server.respond(status, body);
-            QProcess process;
-            process.start(qEnvironmentVariable("TARNWICK_BIN_DIR") + u"/tarnwick-cli"_s,
-                          {u"check-update"_s, u"--feed-url"_s, server.url.toString()});
-            const bool ended = QTest::qWaitFor(
-                [&process] { return process.state() == QProcess::NotRunning; }, 15'000);
-            return QStringList{QString::number(ended ? process.exitCode() : -1),
-                               QString::fromUtf8(process.readAllStandardOutput()),
-                               QString::fromUtf8(process.readAllStandardError())};
+            return cli.run({u"check-update"_s, u"--feed-url"_s, server.url.toString()}).all();
         };
-
         QCOMPARE(run(200, build::version), QStringList({u"0"_s, u"Up to Date\n"_s, QString()}));
         QCOMPARE(run(200, "{\"version\":\"999.0\",\"url\":\"https://x.example/999\"}"),
                  QStringList({u"0"_s, u"Update Available: 999.0 https://x.example/999\n"_s, {}}));

@@ -1,22 +1,18 @@
 #pragma once
 
+#include "BuildConfig.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
+#include <memory>
 
 namespace tarnwick::testing {
-
-// The built tarnwick-cli, run with a settings folder of its own.
-inline void prepareCli(QProcess& process, const QTemporaryDir& configDir,
-                       const QStringList& arguments) {
-    process.setProgram(qEnvironmentVariable("TARNWICK_BIN_DIR") + QStringLiteral("/tarnwick-cli"));
-    process.setArguments(arguments);
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configDir.path());
-    process.setProcessEnvironment(environment);
-}
 
 struct CliResult {
     int exitCode = -1;
@@ -24,27 +20,54 @@ struct CliResult {
     QString err;
 
     QStringList all() const { return {QString::number(exitCode), out, err}; }
+    QList<QJsonObject> jsonLines() const {
+        QList<QJsonObject> lines;
+        for (const QString& line : out.split(u'\n', Qt::SkipEmptyParts))
+            lines.append(QJsonDocument::fromJson(line.toUtf8()).object());
+        return lines;
+    }
 };
 
-// Runs tarnwick-cli to its end (at most 20 s), calling whileRunning every 50 ms until then.
-// The exit code is -1 when it did not end normally.
-inline CliResult runCli(const QStringList& arguments,
-                        const std::function<void(const QProcess&)>& whileRunning = {}) {
-    QTemporaryDir configDir;
-    QProcess process;
-    prepareCli(process, configDir, arguments);
-    process.start();
-    if (!process.waitForStarted())
-        return {};
-    for (int wait = 0; wait < 400 && !process.waitForFinished(50); ++wait) {
-        if (whileRunning)
-            whileRunning(process);
+// tarnwick-cli with a settings store of its own, kept across runs of one object.
+class Cli {
+public:
+    // The store the tool reads and writes.
+    std::unique_ptr<QSettings> store() const {
+        return std::make_unique<QSettings>(
+            m_config.filePath(QLatin1String(build::organizationName) + u'/' +
+                              QLatin1String(build::applicationName) + u".conf"),
+            QSettings::IniFormat);
     }
-    if (process.state() != QProcess::NotRunning || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
+
+    // Runs the tool to its end (at most 30 s) while this thread's event loop turns, calling
+    // whileRunning every 50 ms. The exit code is -1 when it did not end normally.
+    CliResult run(const QStringList& arguments,
+                  const std::function<void(QProcess&)>& whileRunning = {}) const {
+        QProcess process;
+        process.setProgram(qEnvironmentVariable("TARNWICK_BIN_DIR") + u"/tarnwick-cli");
+        process.setArguments(arguments);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_config.path());
+        process.setProcessEnvironment(environment);
+        process.start();
+        for (int wait = 0; wait < 600 && process.state() != QProcess::NotRunning; ++wait) {
+            QTest::qWait(50);
+            if (whileRunning && process.state() == QProcess::Running)
+                whileRunning(process);
+        }
+        if (process.state() != QProcess::NotRunning) {
+            process.kill();
+            process.waitForFinished();
+            return {};
+        }
+        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+private:
+    QTemporaryDir m_config;
+};
 
 // A table of runs: the arguments, separated by blanks, and the whole result expected.
 inline void cliColumns() {
@@ -56,10 +79,10 @@ inline void cliRow(const char* name, const QString& arguments, int exitCode, con
     QTest::newRow(name) << arguments.split(u' ', Qt::SkipEmptyParts)
                         << CliResult{exitCode, out, err}.all();
 }
-inline void compareCliRun(const std::function<void(const QProcess&)>& whileRunning = {}) {
+inline void compareCliRun(const std::function<void(QProcess&)>& whileRunning = {}) {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, expected);
-    QCOMPARE(runCli(arguments, whileRunning).all(), expected);
+    QCOMPARE(Cli().run(arguments, whileRunning).all(), expected);
 }
 
 } // namespace tarnwick::testing
