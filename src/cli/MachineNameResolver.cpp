@@ -49,11 +49,10 @@ void MachineNameResolver::heard(const Machine& machine) {
     found->append(machine);
     const bool allHeard = std::all_of(m_heard.cbegin(), m_heard.cend(),
                                       [](const QList<Machine>& list) { return !list.isEmpty(); });
-    // Announcements already waiting are still read, so that two machines of one name heard
-    // together are both known.
+    // A moment more, so that two machines of one name that answer together are both known.
     if (allHeard && !m_stopping) {
         m_stopping = true;
-        QTimer::singleShot(0, this, &MachineNameResolver::stop);
+        QTimer::singleShot(settling, Qt::PreciseTimer, this, &MachineNameResolver::stop);
     }
 }
 

@@ -17,6 +17,7 @@ class MachineNameResolver : public QObject {
 
 public:
     static constexpr std::chrono::seconds longestListening{3};
+    static constexpr std::chrono::milliseconds settling{150};
 
     MachineNameResolver(quint16 announcementPort, QObject* parent = nullptr);
 

@@ -28,10 +28,9 @@ struct CliResult {
     }
 };
 
-// tarnwick-cli with a settings store of its own, kept across runs of one object.
+// tarnwick-cli with a settings store of its own, kept across the runs of one object.
 class Cli {
 public:
-    // The store the tool reads and writes.
     std::unique_ptr<QSettings> store() const {
         return std::make_unique<QSettings>(
             m_config.filePath(QLatin1String(build::organizationName) + u'/' +
@@ -39,29 +38,25 @@ public:
             QSettings::IniFormat);
     }
 
-    // Runs the tool to its end (at most 30 s) while this thread's event loop turns, calling
-    // whileRunning every 50 ms. The exit code is -1 when it did not end normally.
+    // Runs the tool to its end (at most 30 s, else exit code -1) while this thread's event loop
+    // turns, calling whileRunning every 50 ms.
     CliResult run(const QStringList& arguments,
                   const std::function<void(QProcess&)>& whileRunning = {}) const {
         QProcess process;
-        process.setProgram(qEnvironmentVariable("TARNWICK_BIN_DIR") + u"/tarnwick-cli");
-        process.setArguments(arguments);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_config.path());
         process.setProcessEnvironment(environment);
-        process.start();
+        process.start(qEnvironmentVariable("TARNWICK_BIN_DIR") + u"/tarnwick-cli", arguments);
         for (int wait = 0; wait < 600 && process.state() != QProcess::NotRunning; ++wait) {
             QTest::qWait(50);
             if (whileRunning && process.state() == QProcess::Running)
                 whileRunning(process);
         }
-        if (process.state() != QProcess::NotRunning) {
-            process.kill();
-            process.waitForFinished();
+        process.kill();
+        process.waitForFinished();
+        if (process.exitStatus() != QProcess::NormalExit)
             return {};
-        }
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-                QString::fromUtf8(process.readAllStandardOutput()),
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};
     }
 
