@@ -78,14 +78,17 @@ int UploadCommand::run(const QCommandLineParser& parser) {
         }
         files.append(file.value());
     }
+    // From here on a signal cancels, whatever is under way.
+    InterruptNotifier interrupt;
     int exitCode = Success;
-    const std::optional<QList<UploadPair>> machines = destinations(parser, exitCode);
+    const std::optional<QList<UploadPair>> machines = destinations(parser, interrupt, exitCode);
     if (!machines)
         return exitCode;
-    return send(files, *machines, parser);
+    return send(files, *machines, parser, interrupt);
 }
 
 std::optional<QList<UploadPair>> UploadCommand::destinations(const QCommandLineParser& parser,
+                                                             InterruptNotifier& interrupt,
                                                              int& exitCode) {
     const bool json = parser.isSet(m_json);
     const QStringList targets = parser.values(m_to);
@@ -112,7 +115,6 @@ std::optional<QList<UploadPair>> UploadCommand::destinations(const QCommandLineP
 
     MachineNameResolver resolver(announcementPort);
     if (!names.isEmpty()) {
-        InterruptNotifier interrupt;
         QObject::connect(&interrupt, &InterruptNotifier::interrupted, &resolver,
                          &MachineNameResolver::cancel);
         QEventLoop loop;
@@ -179,7 +181,7 @@ std::optional<QList<UploadPair>> UploadCommand::destinations(const QCommandLineP
 }
 
 int UploadCommand::send(const QList<JobFile>& files, const QList<UploadPair>& machines,
-                        const QCommandLineParser& parser) {
+                        const QCommandLineParser& parser, InterruptNotifier& interrupt) {
     // The uploader's log is for diagnosis (QT_LOGGING_RULES turns it on); the user reads the
     // outcome.
     QLoggingCategory::setFilterRules(QLatin1String(uploadLog().categoryName()) +
@@ -204,7 +206,6 @@ int UploadCommand::send(const QList<JobFile>& files, const QList<UploadPair>& ma
         output->finished();
         loop.exit(batch.exitCode());
     });
-    InterruptNotifier interrupt;
     QObject::connect(&interrupt, &InterruptNotifier::interrupted, &batch, &UploadBatch::cancelAll);
     // Started from the loop, so that pairs which end at once are seen by it.
     QMetaObject::invokeMethod(&batch, &UploadBatch::start, Qt::QueuedConnection);

@@ -9,6 +9,7 @@
 
 namespace tarnwick::cli {
 
+class InterruptNotifier;
 struct UploadPair;
 
 // Sends job files to machines without starting them.
@@ -23,9 +24,10 @@ protected:
 
 private:
     // The machines of every --to, in order and each once; none when a problem was reported.
-    std::optional<QList<UploadPair>> destinations(const QCommandLineParser& parser, int& exitCode);
+    std::optional<QList<UploadPair>> destinations(const QCommandLineParser& parser,
+                                                  InterruptNotifier& interrupt, int& exitCode);
     int send(const QList<JobFile>& files, const QList<UploadPair>& machines,
-             const QCommandLineParser& parser);
+             const QCommandLineParser& parser, InterruptNotifier& interrupt);
 
     QCommandLineOption m_to;
     QCommandLineOption m_again;
