@@ -69,7 +69,9 @@ void BatchUploadOutput::ended(qsizetype index, const PairOutcome& outcome) {
         if (outcome.warning)
             printJsonLine(withPair(index, {{QStringLiteral("warning"), *outcome.warning}}));
     } else if (m_live) {
-        redraw(index, outcome.code == Success ? tr("done") : outcome.message);
+        // A success leaves its completed bar standing.
+        if (outcome.code != Success)
+            redraw(index, outcome.message);
     } else if (outcome.code == Success) {
         out() << uploadedLine(m_batch.pairs()[index]->pair()) << '\n';
         out().flush();

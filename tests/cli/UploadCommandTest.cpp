@@ -29,8 +29,7 @@ std::function<void(QProcess&)> signalWhenSending(const QList<SimProcess*>& sims,
 #ifdef Q_OS_UNIX
             ::kill(pid_t(cli.processId()), signal);
 #else
-            Q_UNUSED(signal)
-        , cli.kill();
+            void(signal), cli.kill();
 #endif
     };
 }
