@@ -17,6 +17,36 @@
 
 namespace tarnwick::cli {
 
+namespace {
+
+// Listens until every name is heard or the time is up; the exit code of what stopped it.
+int resolveNames(const QStringList& names, MachineNameResolver& resolver,
+                 InterruptNotifier& interrupt, bool json) {
+    QObject::connect(&interrupt, &InterruptNotifier::interrupted, &resolver,
+                     &MachineNameResolver::cancel);
+    QEventLoop loop;
+    std::optional<Error> failure;
+    QObject::connect(&resolver, &MachineNameResolver::finished, &loop, &QEventLoop::quit);
+    QObject::connect(&resolver, &MachineNameResolver::failed, &loop, [&](const Error& error) {
+        failure = error;
+        loop.quit();
+    });
+    resolver.resolve(names);
+    loop.exec();
+    if (!failure)
+        return Success;
+    if (failure->is<CancellationError>()) {
+        reportFailure(UploadError::cancelled().description(), Cancelled, json);
+        return Cancelled;
+    }
+    reportFailure(
+        QCoreApplication::translate("cli", "Discovery failed: %1").arg(failure->description()),
+        Failure, json);
+    return Failure;
+}
+
+} // namespace
+
 UploadCommand::UploadCommand()
     : Command(
           QStringLiteral("upload"), tr("Sends job files to machines without starting them"),
@@ -115,27 +145,9 @@ std::optional<QList<UploadPair>> UploadCommand::destinations(const QCommandLineP
 
     MachineNameResolver resolver(announcementPort);
     if (!names.isEmpty()) {
-        QObject::connect(&interrupt, &InterruptNotifier::interrupted, &resolver,
-                         &MachineNameResolver::cancel);
-        QEventLoop loop;
-        std::optional<Error> failure;
-        QObject::connect(&resolver, &MachineNameResolver::finished, &loop, &QEventLoop::quit);
-        QObject::connect(&resolver, &MachineNameResolver::failed, &loop, [&](const Error& error) {
-            failure = error;
-            loop.quit();
-        });
-        resolver.resolve(names);
-        loop.exec();
-        if (failure && failure->is<CancellationError>()) {
-            exitCode = Cancelled;
-            reportFailure(UploadError::cancelled().description(), Cancelled, json);
+        exitCode = resolveNames(names, resolver, interrupt, json);
+        if (exitCode != Success)
             return std::nullopt;
-        }
-        if (failure) {
-            exitCode = Failure;
-            reportFailure(tr("Discovery failed: %1").arg(failure->description()), Failure, json);
-            return std::nullopt;
-        }
     }
 
     QList<UploadPair> machines;
