@@ -163,6 +163,16 @@ QList<UploadRecord> AppPersistence::uploadRecords() const {
     return listFromJson<UploadRecord>(decode(*m_store, uploadsKey)).value_or(QList<UploadRecord>());
 }
 
+std::optional<QList<UploadRecord>> AppPersistence::readUploadRecords() const {
+    const std::unique_ptr<QSettings> store = reopened(*m_store);
+    store->sync();
+    if (store->status() != QSettings::NoError)
+        return std::nullopt;
+    if (!store->contains(uploadsKey))
+        return QList<UploadRecord>();
+    return listFromJson<UploadRecord>(decode(*store, uploadsKey));
+}
+
 std::optional<Error> AppPersistence::recordUpload(const UploadRecord& record) {
     const std::unique_ptr<QSettings> store = reopened(*m_store);
     const QString lockPath = settings::writeLockPath(*store);

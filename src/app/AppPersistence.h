@@ -37,6 +37,8 @@ public:
 
     // Newest first.
     QList<UploadRecord> uploadRecords() const;
+    // The same, or none when the store or its history cannot be read (an empty history reads).
+    std::optional<QList<UploadRecord>> readUploadRecords() const;
     // A PlatformError of the file domain saying why the history could not be saved; what was
     // stored before stays.
     std::optional<Error> recordUpload(const UploadRecord& record);

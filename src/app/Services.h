@@ -78,6 +78,9 @@ Q_SIGNALS:
     void progress(const tarnwick::TransferProgress& progress);
     // While the file is read and hashed before anything is sent, for a file that takes a while.
     void checking(qint64 bytesChecked, qint64 totalBytes);
+    // The machine accepted the connection: from here on a silence is the machine's, not the
+    // network's.
+    void connected();
 };
 
 using UploaderFactory = std::function<std::unique_ptr<FileUploading>()>;

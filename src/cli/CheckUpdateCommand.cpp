@@ -1,65 +1,38 @@
+#include "cli/CheckUpdateCommand.h"
+
 #include "BuildConfig.h"
 #include "app/SettingsStore.h"
-#include "cli/Commands.h"
 #include "cli/Console.h"
 #include "update/UpdateChecker.h"
 
-#include <QCommandLineParser>
 #include <QEventLoop>
 #include <QNetworkAccessManager>
 
 namespace tarnwick::cli {
 
-namespace {
-
-void printOutcome(const UpdateChecker::Kind& kind) {
-    if (const auto* available = std::get_if<UpdateChecker::UpdateAvailable>(&kind)) {
-        out() << "Update Available: " << available->version.description() << ' '
-              << available->url.toString(QUrl::FullyEncoded) << '\n';
-    } else {
-        out() << "Up to Date\n";
-    }
-    out().flush();
+CheckUpdateCommand::CheckUpdateCommand()
+    : Command(QStringLiteral("check-update"),
+              tr("Asks the update feed whether a newer version exists"),
+              QStringLiteral("tarnwick-cli check-update [--feed-url URL]"),
+              tr("Asks the update feed whether a newer version of Tarnwick exists."))
+    , m_feed(QStringLiteral("feed-url"),
+             tr("Ask this feed instead of %1.").arg(UpdateFeed::feedURL().toString()),
+             QStringLiteral("URL")) {
+    parser().addOption(m_feed);
 }
 
-} // namespace
-
-int runCheckUpdate(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Asks the update feed whether a newer version of Tarnwick exists."));
-    parser.addHelpOption();
-    const QCommandLineOption feedOption(
-        QStringLiteral("feed-url"),
-        QStringLiteral("Ask this feed instead of %1.").arg(UpdateFeed::feedURL().toString()),
-        QStringLiteral("URL"));
-    parser.addOption(feedOption);
-    if (!parser.parse(arguments))
-        return fail(QStringLiteral("tarnwick-cli check-update: ") + parser.errorText(), Usage);
-    if (parser.isSet(QStringLiteral("help"))) {
-        // Qt's first line names the program file; ours names the command as it is typed.
-        QString help = parser.helpText();
-        help.replace(0, help.indexOf(u'\n'),
-                     QStringLiteral("Usage: ") + arguments.constFirst() +
-                         QStringLiteral(" [--feed-url URL]"));
-        out() << help;
-        out().flush();
-        return Success;
-    }
+int CheckUpdateCommand::run(const QCommandLineParser& parser) {
     if (!parser.positionalArguments().isEmpty())
-        return fail(QStringLiteral("tarnwick-cli check-update: unexpected argument '") +
-                        parser.positionalArguments().constFirst() + u'\'',
-                    Usage);
-
+        return usageError(tr("tarnwick-cli check-update: unexpected argument '%1'")
+                              .arg(parser.positionalArguments().constFirst()));
     QUrl feed = UpdateFeed::feedURL();
-    if (parser.isSet(feedOption)) {
-        feed = QUrl(parser.value(feedOption), QUrl::StrictMode);
+    if (parser.isSet(m_feed)) {
+        feed = QUrl(parser.value(m_feed), QUrl::StrictMode);
         const QString scheme = feed.scheme();
         if (!feed.isValid() || feed.host().isEmpty() ||
             (scheme != QLatin1String("http") && scheme != QLatin1String("https")))
-            return fail(QStringLiteral("tarnwick-cli check-update: '") + parser.value(feedOption) +
-                            QStringLiteral("' is not an http or https URL"),
-                        Usage);
+            return usageError(tr("tarnwick-cli check-update: '%1' is not an http or https URL")
+                                  .arg(parser.value(m_feed)));
     }
 
     QNetworkAccessManager network;
@@ -75,8 +48,15 @@ int runCheckUpdate(const QStringList& arguments) {
     // A manual check always reports its outcome.
     const UpdateChecker::Kind& kind = checker.outcome()->kind;
     if (const auto* failed = std::get_if<UpdateChecker::Failed>(&kind))
-        return fail(QStringLiteral("Update Check Failed: ") + failed->message, Failure);
-    printOutcome(kind);
+        return fail(tr("Update Check Failed: %1").arg(failed->message), Failure);
+    if (const auto* available = std::get_if<UpdateChecker::UpdateAvailable>(&kind))
+        out() << tr("Update Available: %1 %2")
+                     .arg(available->version.description(),
+                          available->url.toString(QUrl::FullyEncoded))
+              << '\n';
+    else
+        out() << tr("Up to Date") << '\n';
+    out().flush();
     return Success;
 }
 

@@ -1,15 +1,13 @@
 #pragma once
 
+#include "cli/ExitCode.h"
+
 #include <QJsonObject>
 #include <QTextStream>
 
-namespace tarnwick::cli {
+#include <cstdio>
 
-enum ExitCode : int {
-    Success = 0,
-    Failure = 1,
-    Usage = 2
-};
+namespace tarnwick::cli {
 
 QTextStream& out();
 QTextStream& err();
@@ -22,5 +20,10 @@ void printJsonLine(const QJsonObject& object);
 int fail(const QString& message, ExitCode code);
 
 bool isTerminal(FILE* stream);
+// The width of the terminal behind standard output; 0 when it cannot be told.
+int terminalColumns();
+
+// UTF-8 and escape sequences on a Windows console; nothing to do elsewhere.
+void prepareConsole();
 
 } // namespace tarnwick::cli

@@ -1,14 +1,13 @@
 #include "cli/InterruptNotifier.h"
 
-#include <QPointer>
-
 #ifdef Q_OS_WIN
-#include <QMetaObject>
+#include <QWinEventNotifier>
 
 #include <windows.h>
 #else
 #include <QSocketNotifier>
 
+#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
@@ -20,42 +19,65 @@ namespace tarnwick::cli {
 
 namespace {
 
-QPointer<InterruptNotifier> current;
+// The console runs its handler on a thread of its own. The handler touches nothing but this
+// event, which is made once and never closed, so it cannot race with the notifier going away.
+HANDLE interruptEvent() {
+    static const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    return event;
+}
 
 BOOL WINAPI handleControl(DWORD type) {
-    if (type != CTRL_C_EVENT && type != CTRL_BREAK_EVENT)
+    switch (type) {
+    case CTRL_C_EVENT:
+    case CTRL_BREAK_EVENT:
+        SetEvent(interruptEvent());
+        return TRUE;
+    case CTRL_CLOSE_EVENT:
+        // The process ends when this returns: give the main thread a moment to tell the
+        // machines.
+        SetEvent(interruptEvent());
+        Sleep(1500);
+        return TRUE;
+    default:
         return FALSE;
-    SetConsoleCtrlHandler(handleControl, FALSE);
-    if (InterruptNotifier* notifier = current.data())
-        QMetaObject::invokeMethod(notifier, &InterruptNotifier::interrupted, Qt::QueuedConnection);
-    return TRUE;
+    }
 }
 
 } // namespace
 
 InterruptNotifier::InterruptNotifier(QObject* parent)
     : QObject(parent) {
-    current = this;
+    ResetEvent(interruptEvent());
+    auto* notifier = new QWinEventNotifier(interruptEvent(), this);
+    connect(notifier, &QWinEventNotifier::activated, this, [this, notifier] {
+        notifier->setEnabled(false);
+        restoreDefaultHandling();
+        Q_EMIT interrupted();
+    });
     SetConsoleCtrlHandler(handleControl, TRUE);
 }
 
 InterruptNotifier::~InterruptNotifier() {
+    restoreDefaultHandling();
+}
+
+void InterruptNotifier::restoreDefaultHandling() {
     SetConsoleCtrlHandler(handleControl, FALSE);
-    current = nullptr;
 }
 
 #else
 
 namespace {
 
+constexpr std::array handledSignals{SIGINT, SIGTERM, SIGHUP};
+
 // The handler may only write to a pipe; the event loop reads the other end.
 int wakeFds[2] = {-1, -1};
-struct sigaction previousAction;
+struct sigaction previousActions[handledSignals.size()];
 
-void handleInterrupt(int) {
+void handleSignal(int) {
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = ::write(wakeFds[1], &byte, 1);
-    ::sigaction(SIGINT, &previousAction, nullptr);
 }
 
 } // namespace
@@ -72,23 +94,31 @@ InterruptNotifier::InterruptNotifier(QObject* parent)
         char byte;
         [[maybe_unused]] const ssize_t read = ::read(wakeFds[0], &byte, 1);
         notifier->setEnabled(false);
+        // A second signal ends the process the usual way.
+        restoreDefaultHandling();
         Q_EMIT interrupted();
     });
 
     struct sigaction action = {};
-    action.sa_handler = handleInterrupt;
+    action.sa_handler = handleSignal;
     sigemptyset(&action.sa_mask);
     action.sa_flags = SA_RESTART;
-    ::sigaction(SIGINT, &action, &previousAction);
+    for (size_t i = 0; i < handledSignals.size(); ++i)
+        ::sigaction(handledSignals[i], &action, &previousActions[i]);
 }
 
 InterruptNotifier::~InterruptNotifier() {
     if (wakeFds[0] < 0)
         return;
-    ::sigaction(SIGINT, &previousAction, nullptr);
+    restoreDefaultHandling();
     ::close(wakeFds[0]);
     ::close(wakeFds[1]);
     wakeFds[0] = wakeFds[1] = -1;
+}
+
+void InterruptNotifier::restoreDefaultHandling() {
+    for (size_t i = 0; i < handledSignals.size(); ++i)
+        ::sigaction(handledSignals[i], &previousActions[i], nullptr);
 }
 
 #endif

@@ -4,9 +4,9 @@
 
 namespace tarnwick::cli {
 
-// Turns Ctrl-C (SIGINT on Unix, the console's control handler on Windows) into a signal on the
-// thread that made this object. While it exists, Ctrl-C no longer ends the process at once; a
-// second Ctrl-C does.
+// Turns Ctrl-C, SIGTERM and SIGHUP (the console's control handler on Windows) into a signal on
+// the thread that made this object. While it exists, they no longer end the process at once; a
+// second one does. One object at a time.
 class InterruptNotifier : public QObject {
     Q_OBJECT
 
@@ -16,6 +16,9 @@ public:
 
 Q_SIGNALS:
     void interrupted();
+
+private:
+    void restoreDefaultHandling();
 };
 
 } // namespace tarnwick::cli

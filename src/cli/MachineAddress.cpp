@@ -1,26 +1,26 @@
 #include "cli/MachineAddress.h"
 
+#include "app/PortNumber.h"
+
+#include <QRegularExpression>
+
 namespace tarnwick::cli {
 
 std::optional<Machine> parseMachineAddress(const QString& text) {
-    const qsizetype colon = text.indexOf(QLatin1Char(':'));
-    const QString address = colon < 0 ? text : text.left(colon);
-    quint16 port = defaultControllerPort;
-    if (colon >= 0) {
-        const QString portText = text.mid(colon + 1);
-        const bool digitsOnly = !portText.isEmpty() && portText.size() <= 5 &&
-                                std::all_of(portText.begin(), portText.end(), [](QChar c) {
-                                    return c.isDigit() && c.unicode() < 128;
-                                });
-        const uint value = digitsOnly ? portText.toUInt() : 0;
-        if (value == 0 || value > 65535)
-            return std::nullopt;
-        port = quint16(value);
-    }
-    if (!isCanonicalIPv4(address))
+    const qsizetype colon = text.indexOf(u':');
+    const QStringView address = colon < 0 ? QStringView(text) : QStringView(text).left(colon);
+    std::optional<quint16> port = defaultControllerPort;
+    if (colon >= 0)
+        port = parsePortNumber(QStringView(text).sliced(colon + 1));
+    if (!port || !isCanonicalIPv4(address))
         return std::nullopt;
-    return Machine{QStringLiteral("Manual machine"), std::nullopt, address, port,
-                   Machine::ConnectionStatus::Discovered};
+    return Machine{QCoreApplication::translate("cli", "Manual machine"), std::nullopt,
+                   address.toString(), *port, Machine::ConnectionStatus::Discovered};
+}
+
+bool looksLikeAddress(const QString& text) {
+    static const QRegularExpression pattern(QStringLiteral("^[0-9.]+(:.*)?$"));
+    return pattern.match(text).hasMatch();
 }
 
 } // namespace tarnwick::cli

@@ -2,6 +2,8 @@
 
 #include "app/Machine.h"
 
+#include <QCoreApplication>
+
 #include <optional>
 
 namespace tarnwick::cli {
@@ -9,9 +11,15 @@ namespace tarnwick::cli {
 inline constexpr quint16 defaultControllerPort = 2222;
 
 // "ADDRESS[:PORT]" with the manual-entry rule: a canonical dotted-decimal IPv4 address and a
-// decimal port from 1 to 65535, 2222 when left out.
+// port number, 2222 when left out.
 std::optional<Machine> parseMachineAddress(const QString& text);
 
-inline const QString invalidAddressMessage = QStringLiteral("Enter a valid IPv4 address and port.");
+// Digits and dots, with anything after a colon: meant as an address, so a typing mistake in it
+// reads as a wrong address and never as the name of a machine.
+bool looksLikeAddress(const QString& text);
+
+inline QString invalidAddressMessage() {
+    return QCoreApplication::translate("cli", "Enter a valid IPv4 address and port.");
+}
 
 } // namespace tarnwick::cli

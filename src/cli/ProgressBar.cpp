@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnwick::cli {
@@ -14,13 +15,8 @@ QString size(qint64 bytes) {
     return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
 }
 
-QString duration(double seconds) {
-    const qint64 whole = qint64(std::ceil(seconds));
-    if (whole < 60)
-        return QStringLiteral("%1 s").arg(whole);
-    if (whole < 3600)
-        return QStringLiteral("%1 min %2 s").arg(whole / 60).arg(whole % 60);
-    return QStringLiteral("%1 h %2 min").arg(whole / 3600).arg(whole % 3600 / 60);
+int percent(double fraction) {
+    return int(std::floor(fraction * 100));
 }
 
 } // namespace
@@ -28,35 +24,54 @@ QString duration(double seconds) {
 QString ProgressBar::line(const TransferProgress& progress) {
     const double fraction = progress.fraction();
     const int filled = int(std::lround(fraction * barWidth));
-    QString text = QLatin1Char('[') + QString(filled, QLatin1Char('#')) +
-                   QString(barWidth - filled, QLatin1Char('.')) + QStringLiteral("] ") +
-                   QStringLiteral("%1%").arg(int(std::floor(fraction * 100)), 3) +
-                   QStringLiteral("  ") + size(progress.bytesSent) + QStringLiteral(" of ") +
-                   size(progress.totalBytes);
+    QString text = u'[' + QString(filled, u'#') + QString(barWidth - filled, u'.') +
+                   QStringLiteral("] ") + QStringLiteral("%1%").arg(percent(fraction), 3) +
+                   QStringLiteral("  ") +
+                   tr("%1 of %2").arg(size(progress.bytesSent), size(progress.totalBytes));
     switch (progress.phase) {
     case TransferProgress::Phase::Preparing:
-        return text + QStringLiteral("  connecting");
-    case TransferProgress::Phase::Uploading:
-        text += QStringLiteral("  ") + size(qint64(progress.bytesPerSecond)) + QStringLiteral("/s");
-        if (progress.bytesPerSecond > 0 && progress.bytesSent <= progress.totalBytes)
-            text += QStringLiteral("  ") +
-                    duration(double(progress.totalBytes - progress.bytesSent) /
-                             progress.bytesPerSecond) +
-                    QStringLiteral(" left");
+        return text + QStringLiteral("  ") + tr("connecting");
+    case TransferProgress::Phase::Uploading: {
+        text += QStringLiteral("  ") + tr("%1/s").arg(size(qint64(progress.bytesPerSecond)));
+        if (progress.bytesPerSecond > 0 && progress.bytesSent <= progress.totalBytes) {
+            const auto seconds = qint64(std::ceil(double(progress.totalBytes - progress.bytesSent) /
+                                                  progress.bytesPerSecond));
+            QString left;
+            if (seconds < 60)
+                left = tr("%1 s left").arg(seconds);
+            else if (seconds < 3600)
+                left = tr("%1 min %2 s left").arg(seconds / 60).arg(seconds % 60);
+            else
+                left = tr("%1 h %2 min left").arg(seconds / 3600).arg(seconds % 3600 / 60);
+            text += QStringLiteral("  ") + left;
+        }
         return text;
+    }
     case TransferProgress::Phase::Completed:
-        return text + QStringLiteral("  done");
+        return text + QStringLiteral("  ") + tr("done");
     case TransferProgress::Phase::Cancelled:
-        return text + QStringLiteral("  cancelled");
+        return text + QStringLiteral("  ") + tr("cancelled");
     }
     return text;
 }
 
+QString ProgressBar::checkingLine(qint64 bytesChecked, qint64 totalBytes) {
+    const double fraction = totalBytes > 0 ? double(bytesChecked) / double(totalBytes) : 0;
+    return tr("Checking the file… %1 %").arg(percent(std::clamp(fraction, 0.0, 1.0)));
+}
+
 void ProgressBar::show(const TransferProgress& progress) {
-    const QString text = line(progress);
+    redraw(line(progress));
+}
+
+void ProgressBar::showChecking(qint64 bytesChecked, qint64 totalBytes) {
+    redraw(checkingLine(bytesChecked, totalBytes));
+}
+
+void ProgressBar::redraw(const QString& text) {
     m_stream << '\r' << text;
     if (text.size() < m_lastWidth)
-        m_stream << QString(m_lastWidth - text.size(), QLatin1Char(' '));
+        m_stream << QString(m_lastWidth - text.size(), u' ');
     m_stream.flush();
     m_lastWidth = text.size();
 }

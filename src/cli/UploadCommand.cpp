@@ -1,152 +1,227 @@
-#include "app/AppPersistence.h"
-#include "app/JobFile.h"
+#include "cli/UploadCommand.h"
+
+#include "app/PortNumber.h"
 #include "app/SettingsStore.h"
-#include "cli/CommandHelp.h"
-#include "cli/Commands.h"
 #include "cli/Console.h"
 #include "cli/InterruptNotifier.h"
 #include "cli/MachineAddress.h"
-#include "cli/ProgressBar.h"
-#include "transfer/MakeraFileUploader.h"
+#include "cli/MachineNameResolver.h"
+#include "cli/UploadOutput.h"
+#include "discovery/LANMachineDiscoverer.h"
 #include "transfer/UploadLog.h"
 
-#include <QCommandLineParser>
-#include <QCoreApplication>
-#include <QDateTime>
+#include <QEventLoop>
 #include <QFileInfo>
-#include <QJsonObject>
 #include <QLoggingCategory>
+#include <QSet>
 
 namespace tarnwick::cli {
 
 namespace {
 
-const QString usage =
-    QStringLiteral("tarnwick-cli upload FILE --to ADDRESS[:PORT] [--again] [--json]");
-
-const QString duplicateMessage =
-    QStringLiteral("This exact file was uploaded to this machine in the last 24 hours.");
-
-// Prints a failure the way the chosen output expects and returns its exit code.
-int report(const QString& message, ExitCode code, bool json) {
-    if (json)
-        printJsonLine({{QStringLiteral("error"), message}});
-    return fail(message, code);
-}
-
-QJsonObject toJson(const TransferProgress& progress) {
-    return {
-        {QStringLiteral("phase"), rawValue(progress.phase)},
-        {QStringLiteral("bytesSent"), progress.bytesSent},
-        {QStringLiteral("totalBytes"), progress.totalBytes},
-        {QStringLiteral("bytesPerSecond"), progress.bytesPerSecond},
-    };
+// Listens until every name is heard or the time is up; the exit code of what stopped it.
+int resolveNames(const QStringList& names, MachineNameResolver& resolver,
+                 InterruptNotifier& interrupt, bool json) {
+    QObject::connect(&interrupt, &InterruptNotifier::interrupted, &resolver,
+                     &MachineNameResolver::cancel);
+    QEventLoop loop;
+    std::optional<Error> failure;
+    QObject::connect(&resolver, &MachineNameResolver::finished, &loop, &QEventLoop::quit);
+    QObject::connect(&resolver, &MachineNameResolver::failed, &loop, [&](const Error& error) {
+        failure = error;
+        loop.quit();
+    });
+    resolver.resolve(names);
+    loop.exec();
+    if (!failure)
+        return Success;
+    if (failure->is<CancellationError>()) {
+        reportFailure(UploadError::cancelled().description(), Cancelled, json);
+        return Cancelled;
+    }
+    reportFailure(
+        QCoreApplication::translate("cli", "Discovery failed: %1").arg(failure->description()),
+        Failure, json);
+    return Failure;
 }
 
 } // namespace
 
-int runUpload(const QStringList& arguments) {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Sends one job file (.nc, .cnc or .gcode) into the machine's folder /sd/gcodes/. "
-        "The job is not started.\n"
-        "Ctrl-C cancels the upload and tells the machine.\n\n"
-        "Exit codes:\n"
-        "  0  the machine took the whole file; the upload is added to the upload history\n"
-        "  1  the upload failed or was cancelled, or the file went to this machine in the "
-        "last 24 hours (see --again)\n"
-        "  2  bad usage, an unusable file or an invalid address"));
-    const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")},
-                                  QStringLiteral("Shows this help."));
-    parser.addOption(help);
-    parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The job file to send."));
-    const QCommandLineOption to(
-        QStringLiteral("to"),
-        QStringLiteral("The machine's IPv4 address, with the controller's port (2222 when left "
-                       "out)."),
-        QStringLiteral("ADDRESS[:PORT]"));
-    const QCommandLineOption again(
-        QStringLiteral("again"),
-        QStringLiteral("Send the file even if it went to this machine in the last 24 hours."));
-    const QCommandLineOption json(
-        QStringLiteral("json"),
-        QStringLiteral("Print one JSON object per progress value, {\"phase\", \"bytesSent\", "
-                       "\"totalBytes\", \"bytesPerSecond\"}, and on failure a last line "
-                       "{\"error\": DESCRIPTION}."));
-    parser.addOptions({to, again, json});
+UploadCommand::UploadCommand()
+    : Command(
+          QStringLiteral("upload"), tr("Sends job files to machines without starting them"),
+          QStringLiteral("tarnwick-cli upload FILE... --to MACHINE [--to MACHINE ...] [--again] "
+                         "[--busy-ok] [--json]"),
+          tr("Sends job files (.nc, .cnc or .gcode) into each machine's folder /sd/gcodes/. "
+             "The jobs are not started. Every file goes to every machine: one file at a time "
+             "per machine, in the order given, and the machines in parallel.\n"
+             "Ctrl-C, SIGTERM or SIGHUP cancels the uploads and tells the machines.\n\n"
+             "Exit codes (with several uploads, the first failure in the order of the files, "
+             "then of the machines):\n"
+             "  0  uploaded; each upload is added to the upload history\n"
+             "  1  any other failure\n"
+             "  2  bad usage, an unusable file or an invalid address; nothing was sent\n"
+             "  3  machine unreachable (refused, connection time-out, network error before the "
+             "transfer), or no machine of that name answered\n"
+             "  4  refused by the machine, or by its rules (a name it cannot take)\n"
+             "  5  timed out waiting for the machine\n"
+             "  6  cancelled by the user or a signal\n"
+             "  7  sent to this machine in the last 24 hours (see --again)\n"
+             "  8  the job file changed or became unreadable during the upload"))
+    , m_to(QStringLiteral("to"),
+           tr("A machine: its IPv4 address, with the controller's port (%1 when left out), or "
+              "the name it announces on the local network. Repeat for several machines.")
+               .arg(defaultControllerPort),
+           QStringLiteral("MACHINE"))
+    , m_again(QStringLiteral("again"),
+              tr("Send a file even if it went to the machine in the last 24 hours."))
+    , m_busyOk(QStringLiteral("busy-ok"),
+               tr("Send to a machine found by name even if it announces itself busy."))
+    , m_json(QStringLiteral("json"),
+             tr("Print one JSON object per line: per progress value {\"phase\", \"bytesSent\", "
+                "\"totalBytes\", \"bytesPerSecond\"} (while the file is checked {\"phase\": "
+                "\"checking\", \"bytesChecked\", \"totalBytes\"}), on failure {\"error\", "
+                "\"kind\"} with kind one of failed, usage, unreachable, refused, timeout, "
+                "cancelled, duplicate, file, and {\"warning\"} when the history could not be "
+                "saved. With several uploads every line also has \"file\" and \"machine\", each "
+                "upload ends with a line holding its \"exitCode\", and a last line sums up."))
+    , m_discoveryPort(QStringLiteral("discovery-port"), {}, QStringLiteral("N")) {
+    m_discoveryPort.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser().addPositionalArgument(QStringLiteral("FILE"), tr("The job files to send."),
+                                   QStringLiteral("FILE..."));
+    parser().addOptions({m_to, m_again, m_busyOk, m_json, m_discoveryPort});
+}
 
-    if (!parser.parse(arguments))
-        return fail(parser.errorText(), Usage);
-    if (parser.isSet(help)) {
-        out() << commandHelp(parser, usage);
-        out().flush();
-        return Success;
+int UploadCommand::run(const QCommandLineParser& parser) {
+    const bool json = parser.isSet(m_json);
+    if (parser.positionalArguments().isEmpty() || !parser.isSet(m_to))
+        return usageError(tr("Usage: %1").arg(usage()));
+
+    // Everything is checked before anything is sent.
+    QList<JobFile> files;
+    for (const QString& argument : parser.positionalArguments()) {
+        const Result<JobFile> file =
+            JobFile::fromUrl(QUrl::fromLocalFile(QFileInfo(argument).absoluteFilePath()));
+        if (!file) {
+            reportFailure(file.error().description(), Usage, json);
+            return Usage;
+        }
+        files.append(file.value());
     }
-    const bool jsonOutput = parser.isSet(json);
-    if (parser.positionalArguments().size() != 1 || !parser.isSet(to))
-        return fail(QStringLiteral("Usage: ") + usage, Usage);
+    // From here on a signal cancels, whatever is under way.
+    InterruptNotifier interrupt;
+    int exitCode = Success;
+    const std::optional<QList<UploadPair>> machines = destinations(parser, interrupt, exitCode);
+    if (!machines)
+        return exitCode;
+    return send(files, *machines, parser, interrupt);
+}
 
-    const QString path = QFileInfo(parser.positionalArguments().first()).absoluteFilePath();
-    const Result<JobFile> file = JobFile::fromUrl(QUrl::fromLocalFile(path));
-    if (!file)
-        return report(file.error().description(), Usage, jsonOutput);
-    const std::optional<Machine> machine = parseMachineAddress(parser.value(to));
-    if (!machine)
-        return report(invalidAddressMessage, Usage, jsonOutput);
+std::optional<QList<UploadPair>> UploadCommand::destinations(const QCommandLineParser& parser,
+                                                             InterruptNotifier& interrupt,
+                                                             int& exitCode) {
+    const bool json = parser.isSet(m_json);
+    const QStringList targets = parser.values(m_to);
+    QStringList names;
+    for (const QString& target : targets) {
+        if (parseMachineAddress(target))
+            continue;
+        if (looksLikeAddress(target)) {
+            reportFailure(invalidAddressMessage(), Usage, json);
+            exitCode = Usage;
+            return std::nullopt;
+        }
+        names.append(target);
+    }
+    quint16 announcementPort = LANMachineDiscoverer::announcementPort;
+    if (parser.isSet(m_discoveryPort)) {
+        const std::optional<quint16> port = parsePortNumber(parser.value(m_discoveryPort));
+        if (!port) {
+            exitCode = usageError(tr("--discovery-port takes a port number from 1 to 65535."));
+            return std::nullopt;
+        }
+        announcementPort = *port;
+    }
 
-    AppPersistence persistence(openStandardStore());
-    if (!parser.isSet(again) &&
-        isRecentDuplicate(persistence.uploadRecords(), machine->id(), file->id(), file->size,
-                          QDateTime::currentDateTimeUtc()))
-        return report(duplicateMessage +
-                          QStringLiteral(" Run the command again with --again to send it anyway."),
-                      Failure, jsonOutput);
+    MachineNameResolver resolver(announcementPort);
+    if (!names.isEmpty()) {
+        exitCode = resolveNames(names, resolver, interrupt, json);
+        if (exitCode != Success)
+            return std::nullopt;
+    }
 
+    QList<UploadPair> machines;
+    QSet<QString> ids;
+    for (const QString& target : targets) {
+        UploadPair destination;
+        if (const std::optional<Machine> address = parseMachineAddress(target)) {
+            destination.machine = *address;
+        } else {
+            const QList<Machine> named = resolver.machinesNamed(target);
+            if (named.size() != 1) {
+                const ExitCode code = named.isEmpty() ? Unreachable : Usage;
+                QStringList addresses;
+                for (const Machine& machine : named)
+                    addresses.append(machine.id());
+                reportFailure(
+                    named.isEmpty()
+                        ? tr("No machine named “%1” answered the scan.").arg(target)
+                        : tr("More than one machine is named “%1”: %2. Give its address instead.")
+                              .arg(target, addresses.join(QStringLiteral(", "))),
+                    code, json);
+                if (exitCode == Success)
+                    exitCode = code;
+                continue;
+            }
+            destination.machine = named.first();
+            if (destination.machine.status == Machine::ConnectionStatus::Busy &&
+                !parser.isSet(m_busyOk))
+                destination.skipReason =
+                    tr("“%1” at %2 is busy, so nothing was sent to it. Add "
+                       "--busy-ok to send to it anyway.")
+                        .arg(destination.machine.name, destination.machine.id());
+        }
+        // One upload at a time per machine, however often it is named.
+        if (!ids.contains(destination.machine.id())) {
+            ids.insert(destination.machine.id());
+            machines.append(destination);
+        }
+    }
+    if (exitCode != Success)
+        return std::nullopt;
+    return machines;
+}
+
+int UploadCommand::send(const QList<JobFile>& files, const QList<UploadPair>& machines,
+                        const QCommandLineParser& parser, InterruptNotifier& interrupt) {
     // The uploader's log is for diagnosis (QT_LOGGING_RULES turns it on); the user reads the
-    // outcome below.
+    // outcome.
     QLoggingCategory::setFilterRules(QLatin1String(uploadLog().categoryName()) +
                                      QStringLiteral("=false"));
-    MakeraFileUploader uploader;
-    std::optional<ProgressBar> bar;
-    if (!jsonOutput && isTerminal(stdout))
-        bar.emplace(out());
-    int exitCode = Failure;
-
-    QObject::connect(&uploader, &FileUploading::progress, &uploader,
-                     [&](const TransferProgress& progress) {
-                         if (jsonOutput)
-                             printJsonLine(toJson(progress));
-                         else if (bar)
-                             bar->show(progress);
+    AppPersistence persistence(openStandardStore());
+    UploadBatch batch(files, machines, parser.isSet(m_again), persistence);
+    const std::unique_ptr<UploadOutput> output = UploadOutput::create(batch, parser.isSet(m_json));
+    QObject::connect(&batch, &UploadBatch::pairChecking, &batch,
+                     [&output](qsizetype index, qint64 done, qint64 total) {
+                         output->checking(index, done, total);
                      });
-    QObject::connect(&uploader, &Operation::finished, &uploader, [&] {
-        persistence.recordUpload(
-            {machine->id(), file->id(), file->size, QDateTime::currentDateTimeUtc()});
-        if (bar)
-            bar->finish();
-        if (!jsonOutput) {
-            out() << "Uploaded " << file->fileName() << " to " << machine->id() << ":/sd/gcodes/"
-                  << file->fileName() << ".\n";
-            out().flush();
-        }
-        exitCode = Success;
-        QCoreApplication::quit();
-    });
-    QObject::connect(&uploader, &Operation::failed, &uploader, [&](const Error& error) {
-        if (bar)
-            bar->finish();
-        report(error.description(), Failure, jsonOutput);
-        exitCode = Failure;
-        QCoreApplication::quit();
-    });
+    QObject::connect(&batch, &UploadBatch::pairProgress, &batch,
+                     [&output](qsizetype index, const TransferProgress& progress) {
+                         output->progress(index, progress);
+                     });
+    QObject::connect(
+        &batch, &UploadBatch::pairEnded, &batch,
+        [&output](qsizetype index, const PairOutcome& outcome) { output->ended(index, outcome); });
 
-    InterruptNotifier interrupt;
-    QObject::connect(&interrupt, &InterruptNotifier::interrupted, &uploader,
-                     &MakeraFileUploader::cancel);
-
-    uploader.upload(file.value(), *machine);
-    QCoreApplication::exec();
-    return exitCode;
+    QEventLoop loop;
+    QObject::connect(&batch, &UploadBatch::finished, &loop, [&] {
+        output->finished();
+        loop.exit(batch.exitCode());
+    });
+    QObject::connect(&interrupt, &InterruptNotifier::interrupted, &batch, &UploadBatch::cancelAll);
+    // Started from the loop, so that pairs which end at once are seen by it.
+    QMetaObject::invokeMethod(&batch, &UploadBatch::start, Qt::QueuedConnection);
+    return loop.exec();
 }
 
 } // namespace tarnwick::cli

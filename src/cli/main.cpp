@@ -1,34 +1,43 @@
 #include "BuildConfig.h"
 #include "app/SettingsStore.h"
-#include "cli/Commands.h"
+#include "cli/CheckCommand.h"
+#include "cli/CheckUpdateCommand.h"
 #include "cli/Console.h"
+#include "cli/HistoryCommand.h"
+#include "cli/ScanCommand.h"
+#include "cli/UploadCommand.h"
 #include "i18n/Translations.h"
 
 #include <QCoreApplication>
 
-#include <array>
+#include <memory>
+#include <vector>
 
 using namespace tarnwick;
 using namespace tarnwick::cli;
 
 namespace {
 
-const std::array commands{
-    Command{"scan", "Lists the machines that announce themselves on the local network", runScan},
-    Command{"check", "Checks that a machine accepts a connection", runCheck},
-    Command{"upload", "Sends a job file to a machine without starting it", runUpload},
-    Command{"check-update", "Asks the update feed whether a newer version exists", runCheckUpdate},
-};
+std::vector<std::unique_ptr<Command>> allCommands() {
+    std::vector<std::unique_ptr<Command>> commands;
+    commands.push_back(std::make_unique<ScanCommand>());
+    commands.push_back(std::make_unique<CheckCommand>());
+    commands.push_back(std::make_unique<UploadCommand>());
+    commands.push_back(std::make_unique<HistoryCommand>());
+    commands.push_back(std::make_unique<CheckUpdateCommand>());
+    return commands;
+}
 
-void printUsage(QTextStream& stream) {
-    stream << "Usage: tarnwick-cli COMMAND [OPTIONS]\n\n"
-              "Sends job files to Makera CNC machines on the local network. It never starts a "
-              "job.\n\nCommands:\n";
-    for (const Command& command : commands)
-        stream << "  " << QString::fromLatin1(command.name).leftJustified(14) << command.summary
-               << '\n';
-    stream << "\nRun 'tarnwick-cli COMMAND --help' for a command's options.\n"
-              "Exit codes: 0 success, 1 failure, 2 bad usage or input.\n";
+void printUsage(QTextStream& stream, const std::vector<std::unique_ptr<Command>>& commands) {
+    stream << QCoreApplication::translate(
+        "cli", "Usage: tarnwick-cli COMMAND [OPTIONS]\n\n"
+               "Sends job files to Makera CNC machines on the local network. It never "
+               "starts a job.\n\nCommands:\n");
+    for (const auto& command : commands)
+        stream << "  " << command->name().leftJustified(14) << command->summary() << '\n';
+    stream << QCoreApplication::translate(
+        "cli", "\nRun 'tarnwick-cli COMMAND --help' for a command's options and exit codes.\n"
+               "Exit codes: 0 success, 1 failure, 2 bad usage or input; upload has more.\n");
     stream.flush();
 }
 
@@ -41,11 +50,13 @@ int main(int argc, char* argv[]) {
     QCoreApplication app(argc, argv);
     setApplicationIdentity();
     i18n::useLanguage();
+    prepareConsole();
 
+    const std::vector<std::unique_ptr<Command>> commands = allCommands();
     QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 2 || arguments[1] == QLatin1String("--help") ||
         arguments[1] == QLatin1String("-h") || arguments[1] == QLatin1String("help")) {
-        printUsage(arguments.size() < 2 ? err() : out());
+        printUsage(arguments.size() < 2 ? err() : out(), commands);
         return arguments.size() < 2 ? Usage : Success;
     }
     if (arguments[1] == QLatin1String("--version")) {
@@ -53,15 +64,13 @@ int main(int argc, char* argv[]) {
         return Success;
     }
 
-    const QString name = arguments[1];
-    for (const Command& command : commands) {
-        if (name == QLatin1String(command.name)) {
-            arguments[0] = QStringLiteral("tarnwick-cli ") + name;
-            arguments.removeAt(1);
-            return command.run(arguments);
-        }
+    const QString name = arguments.takeAt(1);
+    for (const auto& command : commands) {
+        if (name == command->name())
+            return command->execute(arguments);
     }
-    err() << "tarnwick-cli: unknown command '" << name << "'\n\n";
-    printUsage(err());
+    err() << QCoreApplication::translate("cli", "tarnwick-cli: unknown command '%1'").arg(name)
+          << "\n\n";
+    printUsage(err(), commands);
     return Usage;
 }

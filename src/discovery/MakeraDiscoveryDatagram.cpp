@@ -1,5 +1,7 @@
 #include "discovery/MakeraDiscoveryDatagram.h"
 
+#include "app/PortNumber.h"
+
 #include <QStringDecoder>
 
 #include <optional>
@@ -19,25 +21,6 @@ std::optional<QString> decodeUtf8(QByteArrayView payload) {
     return text;
 }
 
-// Digits only, after at most one leading plus sign, with a value from 1 to 65535.
-std::optional<quint16> parsePort(QStringView field) {
-    if (field.startsWith(QLatin1Char('+')))
-        field = field.sliced(1);
-    if (field.isEmpty())
-        return std::nullopt;
-    quint32 value = 0;
-    for (const QChar c : field) {
-        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
-            return std::nullopt;
-        value = value * 10 + quint32(c.unicode() - '0');
-        if (value > 65535)
-            return std::nullopt;
-    }
-    if (value == 0)
-        return std::nullopt;
-    return quint16(value);
-}
-
 } // namespace
 
 Result<Machine> MakeraDiscoveryDatagram::decode(QByteArrayView payload) {
@@ -54,7 +37,7 @@ Result<Machine> MakeraDiscoveryDatagram::decode(QByteArrayView payload) {
     if (!isCanonicalIPv4(fields[1]))
         return DiscoveryPacketError::InvalidAddress;
 
-    const std::optional<quint16> port = parsePort(fields[2]);
+    const std::optional<quint16> port = parsePortNumber(fields[2]);
     if (!port)
         return DiscoveryPacketError::InvalidPort;
 

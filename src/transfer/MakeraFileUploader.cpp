@@ -129,6 +129,7 @@ void MakeraFileUploader::connectToMachine() {
 
 void MakeraFileUploader::probe() {
     m_state = State::Probing;
+    Q_EMIT connected();
     if (m_connection->send({MakeraPacketType::ControlMulti, QByteArrayLiteral("ftype")}))
         return probeEnded(std::nullopt);
     m_probeClock.start();

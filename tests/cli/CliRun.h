@@ -1,23 +1,16 @@
 #pragma once
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
+#include <memory>
 
 namespace tarnwick::testing {
-
-// The built tarnwick-cli, run with a settings store of its own.
-inline void prepareCli(QProcess& process, const QTemporaryDir& configDir,
-                       const QStringList& arguments) {
-    process.setProgram(qEnvironmentVariable("TARNWICK_BIN_DIR") + QStringLiteral("/tarnwick-cli"));
-    process.setArguments(arguments);
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TARNWICK_SETTINGS_FILE"),
-                       configDir.filePath(QStringLiteral("settings.ini")));
-    process.setProcessEnvironment(environment);
-}
 
 struct CliResult {
     int exitCode = -1;
@@ -25,27 +18,48 @@ struct CliResult {
     QString err;
 
     QStringList all() const { return {QString::number(exitCode), out, err}; }
+    QList<QJsonObject> jsonLines() const {
+        QList<QJsonObject> lines;
+        for (const QString& line : out.split(u'\n', Qt::SkipEmptyParts))
+            lines.append(QJsonDocument::fromJson(line.toUtf8()).object());
+        return lines;
+    }
 };
 
-// Runs tarnwick-cli to its end (at most 20 s), calling whileRunning every 50 ms until then.
-// The exit code is -1 when it did not end normally.
-inline CliResult runCli(const QStringList& arguments,
-                        const std::function<void(const QProcess&)>& whileRunning = {}) {
-    QTemporaryDir configDir;
-    QProcess process;
-    prepareCli(process, configDir, arguments);
-    process.start();
-    if (!process.waitForStarted())
-        return {};
-    for (int wait = 0; wait < 400 && !process.waitForFinished(50); ++wait) {
-        if (whileRunning)
-            whileRunning(process);
+// tarnwick-cli with a settings store of its own, kept across the runs of one object.
+class Cli {
+public:
+    std::unique_ptr<QSettings> store() const {
+        return std::make_unique<QSettings>(storePath(), QSettings::IniFormat);
     }
-    if (process.state() != QProcess::NotRunning || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
+
+    // Runs the tool to its end (at most 30 s, else exit code -1) while this thread's event loop
+    // turns, calling whileRunning every 50 ms.
+    CliResult run(const QStringList& arguments,
+                  const std::function<void(QProcess&)>& whileRunning = {}) const {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TARNWICK_SETTINGS_FILE"), storePath());
+        process.setProcessEnvironment(environment);
+        process.start(qEnvironmentVariable("TARNWICK_BIN_DIR") + u"/tarnwick-cli", arguments);
+        for (int wait = 0; wait < 600 && process.state() != QProcess::NotRunning; ++wait) {
+            QTest::qWait(50);
+            if (whileRunning && process.state() == QProcess::Running)
+                whileRunning(process);
+        }
+        process.kill();
+        process.waitForFinished();
+        if (process.exitStatus() != QProcess::NormalExit)
+            return {};
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+private:
+    QString storePath() const { return m_config.filePath(QStringLiteral("settings.ini")); }
+
+    QTemporaryDir m_config;
+};
 
 // A table of runs: the arguments, separated by blanks, and the whole result expected.
 inline void cliColumns() {
@@ -57,10 +71,10 @@ inline void cliRow(const char* name, const QString& arguments, int exitCode, con
     QTest::newRow(name) << arguments.split(u' ', Qt::SkipEmptyParts)
                         << CliResult{exitCode, out, err}.all();
 }
-inline void compareCliRun(const std::function<void(const QProcess&)>& whileRunning = {}) {
+inline void compareCliRun(const std::function<void(QProcess&)>& whileRunning = {}) {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, expected);
-    QCOMPARE(runCli(arguments, whileRunning).all(), expected);
+    QCOMPARE(Cli().run(arguments, whileRunning).all(), expected);
 }
 
 } // namespace tarnwick::testing

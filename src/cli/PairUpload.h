@@ -1,0 +1,71 @@
+#pragma once
+
+#include "app/AppPersistence.h"
+#include "app/JobFile.h"
+#include "app/Machine.h"
+#include "app/TransferProgress.h"
+#include "cli/ExitCode.h"
+
+#include <QCoreApplication>
+#include <QObject>
+
+#include <optional>
+
+namespace tarnwick {
+class MakeraFileUploader;
+}
+
+namespace tarnwick::cli {
+
+// One file for one machine.
+struct UploadPair {
+    JobFile file;
+    Machine machine;
+    // Why the machine must not be sent to (it announced itself busy); nothing is sent then.
+    std::optional<QString> skipReason;
+};
+
+struct PairOutcome {
+    ExitCode code = Success;
+    // The failure as the user reads it; empty on success.
+    QString message;
+    // The upload went through but its record could not be kept.
+    std::optional<QString> warning;
+};
+
+// Runs one pair with the single-upload rules: the 24-hour duplicate rule, the uploader, the
+// history record. Ends exactly once with ended(), also when cancelled before it started.
+class PairUpload : public QObject {
+    Q_OBJECT
+
+public:
+    PairUpload(UploadPair pair, bool again, AppPersistence& persistence, QObject* parent);
+
+    const UploadPair& pair() const { return m_pair; }
+    bool hasEnded() const { return m_ended; }
+
+    void start();
+    // Before start() the pair ends as cancelled without a word to the machine.
+    void cancel();
+
+    static QString duplicateMessage();
+
+Q_SIGNALS:
+    void checking(qint64 bytesChecked, qint64 totalBytes);
+    void progress(const tarnwick::TransferProgress& progress);
+    void ended(const tarnwick::cli::PairOutcome& outcome);
+
+private:
+    void uploaded();
+    void failed(const Error& error);
+    void end(PairOutcome outcome);
+
+    const UploadPair m_pair;
+    const bool m_again;
+    AppPersistence& m_persistence;
+    MakeraFileUploader* m_uploader = nullptr;
+    UploadReach m_reach;
+    bool m_ended = false;
+};
+
+} // namespace tarnwick::cli
