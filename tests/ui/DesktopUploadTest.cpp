@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 #include "discovery/NetworkMachineConnector.h"
 #include "support/FakeServices.h"
+#include "support/SimProcess.h"
 #include "support/TestFiles.h"
 #include "transfer/MakeraFileUploader.h"
 #include "ui/ContentView.h"
@@ -8,9 +9,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QProcess>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace tarnwick;
@@ -24,20 +23,10 @@ class DesktopUploadTest : public QObject {
 
 private Q_SLOTS:
     void aFileTravelsFromTheWindowToTheMachine() {
+        SimProcess sim;
+        const quint16 port = sim.waitUntilListening();
+        QVERIFY(port != 0);
         QTemporaryDir dir;
-        const QString store = dir.filePath(QStringLiteral("machine"));
-        QProcess sim;
-        sim.start(qEnvironmentVariable("TARNWICK_BIN_DIR") + QStringLiteral("/tarnwick-sim"),
-                  {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
-                   QStringLiteral("--no-announce"), QStringLiteral("--store"), store});
-        QVERIFY(sim.waitForStarted(5000));
-        QRegularExpressionMatch listening;
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (listening = QRegularExpression(QStringLiteral("listening on 127\\.0\\.0\\.1:(\\d+)"))
-                             .match(QString::fromUtf8(sim.peek(4096))))
-                .hasMatch(),
-            5000);
-
         AppModel model(std::make_unique<FakeDiscoverer>(),
                        std::make_unique<NetworkMachineConnector>(), MakeraFileUploader::factory(),
                        std::make_unique<AppPersistence>(temporaryStore(dir)));
@@ -49,7 +38,7 @@ private Q_SLOTS:
                           Qt::LeftButton);
         window.findChild<QLineEdit*>(QStringLiteral("addressField"))
             ->setText(QStringLiteral("127.0.0.1"));
-        window.findChild<QLineEdit*>(QStringLiteral("portField"))->setText(listening.captured(1));
+        window.findChild<QLineEdit*>(QStringLiteral("portField"))->setText(QString::number(port));
         QTest::mouseClick(window.findChild<QPushButton*>(QStringLiteral("addButton")),
                           Qt::LeftButton);
         QTRY_COMPARE(model.selectedMachine()->status, Machine::ConnectionStatus::Connected);
@@ -70,13 +59,8 @@ private Q_SLOTS:
         QCOMPARE(model.errorMessage(), std::nullopt);
         QCOMPARE(window.findChild<QLabel*>(QStringLiteral("transferTitle"))->text(),
                  QStringLiteral("Upload complete"));
-        QFile received(store + QStringLiteral("/gcodes/tray.nc"));
-        QVERIFY(received.open(QIODevice::ReadOnly));
-        QCOMPARE(received.readAll(), content);
+        QCOMPARE(sim.stored(QStringLiteral("tray.nc")), content);
         QVERIFY(model.isRecentDuplicate());
-
-        sim.terminate();
-        QVERIFY(sim.waitForFinished(5000));
     }
 };
 

