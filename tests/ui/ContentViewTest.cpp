@@ -26,6 +26,7 @@
 using namespace tarnwick;
 using namespace tarnwick::testing;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -67,8 +68,8 @@ class ContentViewTest : public QObject {
 
     std::unique_ptr<UiHarness> h;
     std::unique_ptr<ContentView> window;
-    const Machine bench =
-        UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("10.0.0.7"));
+    const Machine bench = UiHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
+    const PlatformError refused{PlatformError::Domain::Network, 1, u"Connection refused"_s};
 
     void showWindow() {
         window = std::make_unique<ContentView>(*h->model);
@@ -99,7 +100,7 @@ class ContentViewTest : public QObject {
 
     FakeUploader* startUpload(qint64 size = 1000) {
         selectFoundMachine(bench);
-        h->model->chooseFile(h->jobFile(QStringLiteral("part.nc"), size));
+        h->model->chooseFile(h->jobFile(u"part.nc"_s, size));
         h->model->prepareUpload();
         h->model->upload(false);
         return h->uploaders.last();
@@ -112,11 +113,27 @@ class ContentViewTest : public QObject {
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
     }
 
+    void click(const char* name) { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
+
+    // The badge and the sidebar's dot of the one listed machine say the same.
+    void expectStatus(Status status) {
+        QCOMPARE(find<StatusBadge>("statusBadge")->status(), status);
+        QCOMPARE(listModel()->index(0).data(MachineListModel::StatusRole).toInt(), int(status));
+    }
+
+    // The alert shows its title above the message, with an icon that fits the news.
+    void expectAlert(QMessageBox::Icon icon, const QString& message) {
+        QMessageBox* alert = errorAlert();
+        QVERIFY(alert);
+        QCOMPARE(alert->text(), u"Tarnwick"_s);
+        QCOMPARE(alert->informativeText(), message);
+        QCOMPARE(alert->icon(), icon);
+    }
+
     QMessageBox* errorAlert() {
         QMessageBox* alert = nullptr;
-        return QTest::qWaitFor([&] {
-            return (alert = visibleWindow<QMessageBox>(QStringLiteral("errorAlert"))) != nullptr;
-        })
+        return QTest::qWaitFor(
+                   [&] { return (alert = visibleWindow<QMessageBox>(u"errorAlert"_s)) != nullptr; })
                    ? alert
                    : nullptr;
     }
@@ -134,21 +151,26 @@ private Q_SLOTS:
         h.reset();
     }
 
-    void firstShowScansOnceAndTheScanButtonFollowsTheScan() {
+    void firstShowScansOnceAndShowsTheEmptyStates() {
         QCOMPARE(h->discoverer->scans.size(), 1);
-        QCOMPARE(h->connector->checks.size(), 0);
         auto* scan = find<QToolButton>("scanButton");
-        QCOMPARE(scan->toolTip(), QStringLiteral("Scan for Makera machines"));
-        QCOMPARE(scan->accessibleName(), QStringLiteral("Scan for Makera machines"));
-        QVERIFY(scan->text().isEmpty());
-        QVERIFY(!scan->isEnabled());
-        QCOMPARE(scan->property("symbol").toString(),
-                 QStringLiteral("arrow.triangle.2.circlepath"));
+        QCOMPARE(scan->toolTip(), u"Scan for Makera machines"_s);
+        QVERIFY(scan->text().isEmpty() && !scan->isEnabled());
+        QCOMPARE(scan->property("symbol").toString(), u"arrow.triangle.2.circlepath"_s);
+        QCOMPARE(shown("emptyTitle"), u"Choose a destination"_s);
+        QCOMPARE(shown("emptyDescription"),
+                 u"Select a discovered machine or enter its IP address."_s);
+        QCOMPARE(find<QPushButton>("chooseFileButton")->text(),
+                 u"Choose an .nc, .cnc or .gcode file\u2026"_s);
+        QCOMPARE(shown("recentFilesEmpty"), u"Files you choose will appear here."_s);
+        QVERIFY(!find("transferSection")->isVisible() && !find("noMachinesHint")->isVisible());
         window->hide();
         window->show();
         QCOMPARE(h->discoverer->scans.size(), 1);
+        // A scan that ends empty explains why.
         Q_EMIT h->discoverer->scans.last()->finished();
-        QCOMPARE(scan->property("symbol").toString(), QStringLiteral("arrow.clockwise"));
+        QVERIFY(find<QLabel>("noMachinesHint")->text().contains(u"UDP port 3333"_s));
+        QCOMPARE(scan->property("symbol").toString(), u"arrow.clockwise"_s);
         QTest::mouseClick(scan, Qt::LeftButton);
         QCOMPARE(h->discoverer->scans.size(), 2);
     }
@@ -161,48 +183,28 @@ private Q_SLOTS:
         QCOMPARE(h->connector->checks.size(), 0);
         showWindow();
         QCOMPARE(h->connector->checks.size(), 1);
-        QCOMPARE(h->connector->checks.last()->machine.id(), bench.id());
-        QCOMPARE(find<StatusBadge>("statusBadge")->text(), QStringLiteral("Connecting"));
-        Q_EMIT h->connector->checks.last()->failed(
-            PlatformError{PlatformError::Domain::Network, 1, QStringLiteral("Connection refused")});
-        QCOMPARE(find<StatusBadge>("statusBadge")->text(), QStringLiteral("Unavailable"));
-        QCOMPARE(listModel()->index(0).data(MachineListModel::StatusRole).toInt(),
-                 int(Status::Unavailable));
+        expectStatus(Status::Connecting);
+        Q_EMIT h->connector->checks.last()->failed(refused);
+        expectStatus(Status::Unavailable);
     }
 
     void clickingTheSelectedRowOrCheckAgainChecksAgain() {
         selectFoundMachine(bench);
-        QCOMPARE(h->connector->checks.size(), 1);
         auto* list = find<QListView>("machineList");
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rowRect(0).center());
         QCOMPARE(h->connector->checks.size(), 2);
-        auto* again = find<QPushButton>("checkAgainButton");
-        QVERIFY(!again->isEnabled());
+        QVERIFY(!find<QPushButton>("checkAgainButton")->isEnabled());
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rowRect(0).center());
         QCOMPARE(h->connector->checks.size(), 2);
         Q_EMIT h->connector->checks.last()->finished();
-        QTest::mouseClick(again, Qt::LeftButton);
+        click("checkAgainButton");
         QCOMPARE(h->connector->checks.size(), 3);
         // A click on empty space leaves the selection and checks nothing.
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           QPoint(10, list->viewport()->height() - 4));
-        QCOMPARE(h->model->selectedMachine()->id(), bench.id());
-        QCOMPARE(list->selectionModel()->selectedRows().size(), 1);
-    }
-
-    void anUploadThatCannotReachTheMachineLeavesNoConnectedBadge() {
-        FakeUploader* uploader = startUpload();
-        QCOMPARE(find<StatusBadge>("statusBadge")->text(), QStringLiteral("Connected"));
-        const PlatformError refused{PlatformError::Domain::Network, 1,
-                                    QStringLiteral("Connection refused")};
-        Q_EMIT uploader->failed(refused);
-        QCOMPARE(h->connector->checks.size(), 2);
-        Q_EMIT h->connector->checks.last()->failed(refused);
-        QCOMPARE(find<StatusBadge>("statusBadge")->text(), QStringLiteral("Unavailable"));
-        QCOMPARE(listModel()->index(0).data(MachineListModel::StatusRole).toInt(),
-                 int(Status::Unavailable));
-        // The upload's own failure is what the user reads, not the check's.
-        QCOMPARE(h->model->errorMessage(), std::optional(QStringLiteral("Connection refused")));
+        QCOMPARE(list->selectionModel()->selectedRows(),
+                 QModelIndexList{list->model()->index(0, 0)});
+        QCOMPARE(h->connector->checks.size(), 3);
     }
 
     void theSidebarFollowsTheMachinesInPlace() {
@@ -210,301 +212,232 @@ private Q_SLOTS:
         QSignalSpy resets(rows, &QAbstractItemModel::modelReset);
         QSignalSpy inserts(rows, &QAbstractItemModel::rowsInserted);
         FakeScan* scan = h->discoverer->scans.last();
-        const Machine gamma =
-            UiHarness::machine(QStringLiteral("gamma"), QStringLiteral("10.0.0.3"));
-        Q_EMIT scan->machineFound(gamma);
-        Q_EMIT scan->machineFound(
-            UiHarness::machine(QStringLiteral("Alpha"), QStringLiteral("10.0.0.9"), 2223));
-        Q_EMIT scan->machineFound(
-            UiHarness::machine(QStringLiteral("beta"), QStringLiteral("10.0.0.9")));
-        Q_EMIT scan->machineFound(
-            UiHarness::machine(QStringLiteral("delta"), QStringLiteral("10.0.0.4"), 80));
+        const Machine gamma = UiHarness::machine(u"gamma"_s, u"10.0.0.3"_s);
+        for (const Machine& machine : {gamma, UiHarness::machine(u"Alpha"_s, u"10.0.0.9"_s, 2223),
+                                       UiHarness::machine(u"beta"_s, u"10.0.0.9"_s),
+                                       UiHarness::machine(u"delta"_s, u"10.0.0.4"_s, 80)})
+            Q_EMIT scan->machineFound(machine);
         h->model->selectMachine(gamma);
-        Machine renamed = gamma;
-        renamed.name = QStringLiteral("aardvark");
-        renamed.status = Status::Busy;
-        Q_EMIT scan->machineFound(renamed);
+        Q_EMIT scan->machineFound(Machine{u"aardvark"_s, {}, u"10.0.0.3"_s, 2222, Status::Busy});
         QCOMPARE(resets.size(), 0);
         QCOMPARE(inserts.size(), 4);
-        // Name order; the port shows where it is not the usual one or the address is shared.
+        // Name order, a renamed machine stays in place; the port shows where it is not the
+        // usual one or the address is shared.
         const QList<std::tuple<QString, QString, Status>> expected{
-            {QStringLiteral("Alpha"), QStringLiteral("10.0.0.9:2223"), Status::Discovered},
-            {QStringLiteral("beta"), QStringLiteral("10.0.0.9:2222"), Status::Discovered},
-            {QStringLiteral("delta"), QStringLiteral("10.0.0.4:80"), Status::Discovered},
-            {QStringLiteral("aardvark"), QStringLiteral("10.0.0.3"), Status::Busy}};
+            {u"Alpha"_s, u"10.0.0.9:2223"_s, Status::Discovered},
+            {u"beta"_s, u"10.0.0.9:2222"_s, Status::Discovered},
+            {u"delta"_s, u"10.0.0.4:80"_s, Status::Discovered},
+            {u"aardvark"_s, u"10.0.0.3"_s, Status::Busy}};
         QCOMPARE(rows->rowCount(), expected.size());
         for (int row = 0; row < rows->rowCount(); ++row) {
-            const QModelIndex index = rows->index(row);
-            QCOMPARE(index.data().toString(), std::get<0>(expected[row]));
-            QCOMPARE(index.data(MachineListModel::AddressRole).toString(),
-                     std::get<1>(expected[row]));
-            QCOMPARE(index.data(MachineListModel::StatusRole).toInt(),
-                     int(std::get<2>(expected[row])));
+            const auto& [name, address, status] = expected[row];
+            QCOMPARE(rows->index(row).data().toString(), name);
+            QCOMPARE(rows->index(row).data(MachineListModel::AddressRole).toString(), address);
+            QCOMPARE(rows->index(row).data(MachineListModel::StatusRole).toInt(), int(status));
         }
-        const QModelIndexList selected =
-            find<QListView>("machineList")->selectionModel()->selectedRows();
-        QCOMPARE(selected, QModelIndexList{rows->index(3)});
+        QCOMPARE(find<QListView>("machineList")->selectionModel()->selectedRows(),
+                 QModelIndexList{rows->index(3)});
     }
 
     void aScanListsAtMostTheLimitAndSaysSo() {
         auto* note = find<QLabel>("listLimitNote");
         QVERIFY(!note->isVisible());
         for (int i = 0; i <= AppModel::maximumListedMachines; ++i)
-            Q_EMIT h->discoverer->scans.last()->machineFound(
-                UiHarness::machine(QStringLiteral("Machine %1").arg(i),
-                                   QStringLiteral("10.0.%1.%2").arg(i / 200).arg(i % 200)));
+            Q_EMIT h->discoverer->scans.last()->machineFound(UiHarness::machine(
+                u"Machine %1"_s.arg(i), u"10.0.%1.%2"_s.arg(i / 200).arg(i % 200)));
         QCOMPARE(listModel()->rowCount(), AppModel::maximumListedMachines);
-        QVERIFY(note->isVisible());
-        QCOMPARE(note->text(),
-                 QStringLiteral("Stopped listing more: the scan heard more than 256 machines."));
+        QCOMPARE(shown("listLimitNote"),
+                 u"Stopped listing more: the scan heard more than 256 machines."_s);
         h->model->discover();
         QVERIFY(!note->isVisible());
     }
 
-    void emptyStates() {
-        QCOMPARE(shown("emptyTitle"), QStringLiteral("Choose a destination"));
-        QCOMPARE(shown("emptyDescription"),
-                 QStringLiteral("Select a discovered machine or enter its IP address."));
-        QCOMPARE(find<QPushButton>("chooseFileButton")->text(),
-                 QStringLiteral("Choose an .nc, .cnc or .gcode file\u2026"));
-        QCOMPARE(shown("recentFilesEmpty"), QStringLiteral("Files you choose will appear here."));
-        QVERIFY(!find("transferSection")->isVisible());
-        // While the scan runs the list shows; a scan that ends empty explains why.
-        auto* hint = find<QLabel>("noMachinesHint");
-        QVERIFY(!hint->isVisible());
-        Q_EMIT h->discoverer->scans.last()->finished();
-        QVERIFY(hint->isVisible());
-        for (const char* part : {"UDP port 3333", "VPN", "Enter IP address"})
-            QVERIFY2(hint->text().contains(QString::fromLatin1(part)), part);
-    }
-
     void manualEntryAddsOrExplains() {
-        auto* enter = find<QPushButton>("enterAddressButton");
         auto* address = find<QLineEdit>("addressField");
         auto* port = find<QLineEdit>("portField");
-        auto* add = find<QPushButton>("addButton");
-        QTest::mouseClick(enter, Qt::LeftButton);
-        QVERIFY(address->isVisible() && !enter->isVisible());
-        QCOMPARE(address->placeholderText(), QStringLiteral("IP address"));
-        QCOMPARE(port->placeholderText(), QStringLiteral("Port"));
-        QCOMPARE(port->text(), QStringLiteral("2222"));
-        QVERIFY(!add->isEnabled());
-        QTest::keyClicks(address, QStringLiteral("10.0.0.9"));
-        port->setText(QStringLiteral("12a"));
-        QVERIFY(!add->isEnabled());
-        port->setText(QStringLiteral("8080"));
-        QTest::mouseClick(add, Qt::LeftButton);
-        QCOMPARE(h->model->selectedMachine()->id(), QStringLiteral("10.0.0.9:8080"));
-        QVERIFY(!address->isVisible() && enter->isVisible());
-        // The fields keep their text; a rejected entry shows the one message.
-        QTest::mouseClick(enter, Qt::LeftButton);
-        QCOMPARE(address->text(), QStringLiteral("10.0.0.9"));
-        address->setText(QStringLiteral("192.168.001.5"));
-        QTest::mouseClick(add, Qt::LeftButton);
-        QCOMPARE(h->model->errorMessage(),
-                 std::optional(QStringLiteral("Enter a valid IPv4 address and port.")));
-        QVERIFY(address->isVisible());
-        QTest::mouseClick(find<QPushButton>("cancelEntryButton"), Qt::LeftButton);
+        click("enterAddressButton");
+        QCOMPARE(address->placeholderText() + port->placeholderText() + port->text(),
+                 u"IP addressPort2222"_s);
+        QVERIFY(!find<QPushButton>("addButton")->isEnabled());
+        QTest::keyClicks(address, u"10.0.0.9"_s);
+        port->setText(u"12a"_s);
+        QVERIFY(!find<QPushButton>("addButton")->isEnabled());
+        port->setText(u"8080"_s);
+        click("addButton");
+        QCOMPARE(h->model->selectedMachine()->id(), u"10.0.0.9:8080"_s);
         QVERIFY(!address->isVisible());
+        // The fields keep their text; a rejected entry shows the one message.
+        click("enterAddressButton");
+        QCOMPARE(address->text(), u"10.0.0.9"_s);
+        address->setText(u"192.168.001.5"_s);
+        click("addButton");
+        QCOMPARE(h->model->errorMessage(),
+                 std::optional(u"Enter a valid IPv4 address and port."_s));
+        click("cancelEntryButton");
+        QVERIFY(!address->isVisible() && find("enterAddressButton")->isVisible());
     }
 
     void reviewUploadNeedsAMachineAFileAndNoUpload() {
         auto* review = find<QPushButton>("reviewButton");
-        h->model->chooseFile(h->jobFile(QStringLiteral("part.nc"), 1'234'567));
-        QVERIFY(review->isVisible() && !review->isEnabled());
-        QVERIFY(review->isDefault());
-        QCOMPARE(shown("fileName"), QStringLiteral("part.nc"));
-        QCOMPARE(shown("fileSize"), QStringLiteral("1.2 MB"));
-        QCOMPARE(shown("remoteFolderNote"),
-                 QStringLiteral("Sent uncompressed to /sd/gcodes on the machine"));
-        QCOMPARE(find<QPushButton>("chooseAnotherButton")->text(),
-                 QStringLiteral("Choose Another\u2026"));
+        h->model->chooseFile(h->jobFile(u"part.nc"_s, 1'234'567));
+        QVERIFY(review->isVisible() && !review->isEnabled() && review->isDefault());
+        QCOMPARE(shown("fileName") + u" "_s + shown("fileSize"), u"part.nc 1.2 MB"_s);
+        QCOMPARE(shown("remoteFolderNote"), u"Sent uncompressed to /sd/gcodes on the machine"_s);
+        QCOMPARE(find<QPushButton>("chooseAnotherButton")->text(), u"Choose Another\u2026"_s);
         selectFoundMachine(bench);
-        QCOMPARE(shown("destinationName"), QStringLiteral("Bench Mill"));
-        QCOMPARE(shown("destinationSubtitle"),
-                 QStringLiteral("Model unknown \u00B7 10.0.0.7:2222"));
+        QCOMPARE(shown("destinationName"), u"Bench Mill"_s);
+        QCOMPARE(shown("destinationSubtitle"), u"Model unknown \u00B7 10.0.0.7:2222"_s);
         QTest::mouseClick(review, Qt::LeftButton);
-        QTRY_VERIFY(visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+        QTRY_VERIFY(visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
         h->model->upload(false);
         QVERIFY(!review->isEnabled());
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
     }
 
     void transferCardShowsEachPhaseAndWhatItSends() {
         FakeUploader* uploader = startUpload();
-        auto* cancel = find<QPushButton>("cancelUploadButton");
         Q_EMIT uploader->progress({Phase::Preparing, 0, 1000, 0});
         QVERIFY(find("transferSection")->isVisible());
-        QCOMPARE(shown("transferTitle"), QStringLiteral("Preparing"));
-        QCOMPARE(shown("transferPercent"), QStringLiteral("0%"));
-        QCOMPARE(shown("transferBytes"), QStringLiteral("0 bytes of 1 kB"));
-        QCOMPARE(shown("transferSubject"),
-                 QStringLiteral("Sending \u201Cpart.nc\u201D to Bench Mill"));
-        QCOMPARE(shown("transferRate"), QStringLiteral("<0 shown>"));
+        QCOMPARE(shown("transferTitle") + shown("transferPercent"), u"Preparing0%"_s);
+        QCOMPARE(shown("transferBytes"), u"0 bytes of 1 kB"_s);
+        QCOMPARE(shown("transferRate"), u"<0 shown>"_s);
         // Another file and machine chosen meanwhile do not change what the card names.
-        selectFoundMachine(UiHarness::machine(QStringLiteral("Annex"), QStringLiteral("10.0.0.8")));
-        h->model->chooseFile(h->jobFile(QStringLiteral("other.nc")));
+        selectFoundMachine(UiHarness::machine(u"Annex"_s, u"10.0.0.8"_s));
+        h->model->chooseFile(h->jobFile(u"other.nc"_s));
         Q_EMIT uploader->progress({Phase::Uploading, 500, 1000, 100});
-        QCOMPARE(shown("transferSubject"),
-                 QStringLiteral("Sending \u201Cpart.nc\u201D to Bench Mill"));
-        QCOMPARE(shown("transferTitle"), QStringLiteral("Uploading"));
-        QCOMPARE(shown("transferPercent"), QStringLiteral("50%"));
+        QCOMPARE(shown("transferSubject"), u"Sending \u201Cpart.nc\u201D to Bench Mill"_s);
+        QCOMPARE(shown("transferTitle") + shown("transferPercent"), u"Uploading50%"_s);
         QCOMPARE(find<QProgressBar>("transferBar")->value(),
                  find<QProgressBar>("transferBar")->maximum() / 2);
-        QCOMPARE(shown("transferRate"), QStringLiteral("100 bytes/s"));
-        QCOMPARE(shown("transferTimeLeft"), QStringLiteral("About 5 s left"));
+        QCOMPARE(shown("transferRate") + shown("transferTimeLeft"), u"100 bytes/sAbout 5 s left"_s);
         Q_EMIT uploader->progress(
             {Phase::Uploading, 600, 1000, std::numeric_limits<double>::quiet_NaN()});
-        QCOMPARE(shown("transferRate") + shown("transferTimeLeft"),
-                 QStringLiteral("<0 shown><0 shown>"));
-
+        QCOMPARE(shown("transferRate") + shown("transferTimeLeft"), u"<0 shown><0 shown>"_s);
         // The user's own cancel is no warning.
-        QTest::mouseClick(cancel, Qt::LeftButton);
+        click("cancelUploadButton");
         QCOMPARE(uploader->cancelCalls, 1);
         Q_EMIT uploader->failed(UploadError::cancelled());
-        QCOMPARE(shown("transferTitle"), QStringLiteral("Cancelled"));
-        QCOMPARE(shown("transferBytes"), QStringLiteral("600 bytes of 1 kB"));
-        QVERIFY(!cancel->isVisible());
-        QVERIFY(!find("transferFailureIcon")->isVisible());
-        QMessageBox* alert = errorAlert();
-        QVERIFY(alert);
-        QCOMPARE(alert->informativeText(), QStringLiteral("The upload was cancelled."));
-        QCOMPARE(alert->icon(), QMessageBox::Information);
+        QCOMPARE(shown("transferTitle") + shown("transferBytes"), u"Cancelled600 bytes of 1 kB"_s);
+        QVERIFY(!find("cancelUploadButton")->isVisible() &&
+                !find("transferFailureIcon")->isVisible());
+        expectAlert(QMessageBox::Information, u"The upload was cancelled."_s);
     }
 
-    void aFailedUploadStaysFailedAfterItsAlert() {
+    void aFailedUploadStaysFailedAndLeavesNoConnectedBadge() {
         FakeUploader* uploader = startUpload(100'000'000);
+        expectStatus(Status::Connected);
         Q_EMIT uploader->progress({Phase::Uploading, 2'000'000, 100'000'000, 7'300'000});
-        Q_EMIT uploader->failed(UploadError::timedOut());
-        QMessageBox* alert = errorAlert();
-        QVERIFY(alert);
-        QCOMPARE(alert->icon(), QMessageBox::Warning);
-        QTest::keyClick(alert, Qt::Key_Escape);
+        Q_EMIT uploader->failed(refused);
+        expectAlert(QMessageBox::Warning, u"Connection refused"_s);
+        QCOMPARE(h->connector->checks.size(), 2);
+        Q_EMIT h->connector->checks.last()->failed(refused);
+        expectStatus(Status::Unavailable);
+        // The upload's own failure is what the user reads, and the card keeps it.
+        QCOMPARE(h->model->errorMessage(), std::optional(u"Connection refused"_s));
+        QTest::keyClick(errorAlert(), Qt::Key_Escape);
         QCOMPARE(h->model->errorMessage(), std::nullopt);
-        QCOMPARE(shown("transferTitle"), QStringLiteral("Upload failed"));
-        QCOMPARE(shown("transferFailure"), Error(UploadError::timedOut()).description());
-        QCOMPARE(shown("transferSubject"), QStringLiteral("\u201Cpart.nc\u201D to Bench Mill"));
-        QCOMPARE(shown("transferRate"), QStringLiteral("<0 shown>"));
+        QCOMPARE(shown("transferTitle") + shown("transferFailure"),
+                 u"Upload failedConnection refused"_s);
+        QCOMPARE(shown("transferSubject"), u"\u201Cpart.nc\u201D to Bench Mill"_s);
+        QCOMPARE(shown("transferRate"), u"<0 shown>"_s);
         QVERIFY(find("transferFailureIcon")->isVisible());
         // The next upload starts clean.
         h->model->upload(true);
         Q_EMIT h->uploaders.last()->progress({Phase::Preparing, 0, 100'000'000, 0});
-        QCOMPARE(shown("transferTitle"), QStringLiteral("Preparing"));
-        QCOMPARE(shown("transferFailure"), QStringLiteral("<0 shown>"));
+        QCOMPARE(shown("transferTitle") + shown("transferFailure"), u"Preparing<0 shown>"_s);
     }
 
     void completedTransferIsGreenAndFull() {
         FakeUploader* uploader = startUpload(4'700'000'000);
         Q_EMIT uploader->progress({Phase::Uploading, 2'400'000'000, 4'700'000'000, 48'000'000});
-        QCOMPARE(shown("transferBytes"), QStringLiteral("2.4 GB of 4.7 GB"));
-        auto* bar = find<QProgressBar>("transferBar");
-        QVERIFY(bar->palette().color(QPalette::Highlight) != QColor(0x2B, 0xA8, 0x4A));
+        QCOMPARE(shown("transferBytes"), u"2.4 GB of 4.7 GB"_s);
         Q_EMIT uploader->progress({Phase::Completed, 4'700'000'000, 4'700'000'000, 48'000'000});
         Q_EMIT uploader->finished();
-        QCOMPARE(shown("transferTitle"), QStringLiteral("Upload complete"));
-        QCOMPARE(shown("transferSubject"),
-                 QStringLiteral("Sent \u201Cpart.nc\u201D to Bench Mill"));
+        QCOMPARE(shown("transferTitle"), u"Upload complete"_s);
+        QCOMPARE(shown("transferSubject"), u"Sent \u201Cpart.nc\u201D to Bench Mill"_s);
+        auto* bar = find<QProgressBar>("transferBar");
         QCOMPARE(bar->value(), bar->maximum());
         QCOMPARE(bar->palette().color(QPalette::Highlight), QColor(0x2B, 0xA8, 0x4A));
-        QVERIFY(find<QPushButton>("reviewButton")->isEnabled());
     }
 
     void longNamesElideAndNeverWidenTheWindow() {
-        const QString longName = QString(96, QLatin1Char('n')) + QStringLiteral("-middle-") +
-                                 QString(96, QLatin1Char('e'));
+        const QString longName = QString(96, u'n') + u"-middle-"_s + QString(96, u'e');
         selectFoundMachine(bench);
-        h->model->chooseFile(h->jobFile(QStringLiteral("short.nc")));
+        h->model->chooseFile(h->jobFile(u"short.nc"_s));
         QApplication::processEvents();
-        const int width = window->width();
+        const QSize size = window->size();
         const int least = window->minimumSizeHint().width();
-        const Machine machine = UiHarness::machine(longName, QStringLiteral("10.0.0.5"));
-        selectFoundMachine(machine);
-        h->model->chooseFile(h->jobFile(longName + QStringLiteral(".nc")));
+        selectFoundMachine(UiHarness::machine(longName, u"10.0.0.5"_s));
+        h->model->chooseFile(h->jobFile(longName + u".nc"_s));
         QApplication::processEvents();
-        QCOMPARE(window->width(), width);
+        QCOMPARE(window->size(), size);
         QCOMPARE(window->minimumSizeHint().width(), least);
         for (const char* name : {"fileName", "destinationName"}) {
             auto* label = find<ElidedLabel>(name);
-            QVERIFY2(label->text().contains(QChar(0x2026)) &&
-                         label->text().size() < longName.size(),
+            QVERIFY2(label->text().contains(u'\u2026') && label->text().size() < longName.size(),
                      name);
             QVERIFY2(label->toolTip().startsWith(longName), name);
         }
         // Copying takes the whole name, not what fits.
         find<ElidedLabel>("fileName")->setFocus();
         press(Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QGuiApplication::clipboard()->text(), longName + QStringLiteral(".nc"));
+        QCOMPARE(QGuiApplication::clipboard()->text(), longName + u".nc"_s);
     }
 
     void recentFilesShowFiveRowsWithDividersBetween() {
         QList<JobFile> files;
         for (int i = 1; i <= 6; ++i) {
-            files.append(h->jobFile(QStringLiteral("job%1.nc").arg(i), i * 1000));
+            files.append(h->jobFile(u"job%1.nc"_s.arg(i), i * 1000));
             h->model->chooseFile(files.last());
         }
-        auto* recent = find("recentFiles");
         QStringList kinds;
-        QLayout* rows = recent->findChild<QPushButton*>(QStringLiteral("recentFileRow"))
-                            ->parentWidget()
-                            ->layout();
+        QLayout* rows = find<QPushButton>("recentFileRow")->parentWidget()->layout();
         for (int i = 0; i < rows->count(); ++i)
             kinds.append(rows->itemAt(i)->widget()->objectName());
-        const QString row = QStringLiteral("recentFileRow"),
-                      divider = QStringLiteral("recentDivider");
+        const QString row = u"recentFileRow"_s, divider = u"recentDivider"_s;
         QCOMPARE(kinds, (QStringList{row, divider, row, divider, row, divider, row, divider, row}));
-        const QList<QPushButton*> buttons = recent->findChildren<QPushButton*>(row);
-        QCOMPARE(buttons.first()->accessibleName(), QStringLiteral("job6.nc"));
+        const QList<QPushButton*> buttons = find("recentFiles")->findChildren<QPushButton*>(row);
+        QCOMPARE(buttons.first()->accessibleName(), u"job6.nc"_s);
         QTest::mouseClick(buttons[3], Qt::LeftButton);
         QTRY_COMPARE(h->model->selectedFile(), std::optional(files[2]));
     }
 
-    void errorAlertPutsItsTitleAboveTheMessage() {
-        h->model->setErrorMessage(QStringLiteral("Connection check failed: refused"));
+    void errorAlertShowsTheMessageAndOkClearsIt() {
+        h->model->setErrorMessage(u"Connection check failed: refused"_s);
+        expectAlert(QMessageBox::Warning, u"Connection check failed: refused"_s);
         QMessageBox* alert = errorAlert();
-        QVERIFY(alert);
-        QCOMPARE(alert->windowTitle(), QStringLiteral("Tarnwick"));
-        QCOMPARE(alert->text(), QStringLiteral("Tarnwick"));
-        QCOMPARE(alert->informativeText(), QStringLiteral("Connection check failed: refused"));
-        QCOMPARE(alert->icon(), QMessageBox::Warning);
+        QCOMPARE(alert->windowTitle(), u"Tarnwick"_s);
         QCOMPARE(alert->buttons().size(), 1);
-        QCOMPARE(alert->buttons().first()->text(), QStringLiteral("OK"));
+        QCOMPARE(alert->buttons().first()->text(), u"OK"_s);
         QTest::mouseClick(alert->buttons().first(), Qt::LeftButton);
         QCOMPARE(h->model->errorMessage(), std::nullopt);
-        QTRY_VERIFY(!visibleWindow<QMessageBox>(QStringLiteral("errorAlert")));
+        QTRY_VERIFY(!visibleWindow<QMessageBox>(u"errorAlert"_s));
         h->model->setErrorMessage(QString());
-        QVERIFY((alert = errorAlert()));
-        QCOMPARE(alert->informativeText(), QStringLiteral("Unknown error"));
+        expectAlert(QMessageBox::Warning, u"Unknown error"_s);
     }
 
     void droppedFilesAreValidatedLikeChosenOnes() {
-        sendDrop(window.get(), writeFile(h->dir, QStringLiteral("notes.txt"), "G0"));
-        QCOMPARE(
-            h->model->errorMessage(),
-            std::optional(
-                Error(JobFileError::unsupportedExtension(QStringLiteral("txt"))).description()));
-        h->model->setErrorMessage(std::nullopt);
+        sendDrop(window.get(), writeFile(h->dir, u"notes.txt"_s, "G0"));
+        QCOMPARE(h->model->errorMessage(),
+                 std::optional(Error(JobFileError::unsupportedExtension(u"txt"_s)).description()));
         // Two files at once are not a choice: the window does not take them.
         QMimeData two;
-        two.setUrls({writeFile(h->dir, QStringLiteral("a.nc"), "G0"),
-                     writeFile(h->dir, QStringLiteral("b.nc"), "G0")});
-        QDragEnterEvent enterTwo(QPoint(50, 50), Qt::CopyAction, &two, Qt::LeftButton,
-                                 Qt::NoModifier);
+        two.setUrls({writeFile(h->dir, u"a.nc"_s, "G0"), writeFile(h->dir, u"b.nc"_s, "G0")});
+        QDragEnterEvent enterTwo(QPoint(50, 50), Qt::CopyAction, &two, Qt::LeftButton, {});
         QApplication::sendEvent(window.get(), &enterTwo);
         QVERIFY(!enterTwo.isAccepted());
-        const QUrl upper = writeFile(h->dir, QStringLiteral("PART.GCODE"), "G1 X1");
+        const QUrl upper = writeFile(h->dir, u"PART.GCODE"_s, "G1 X1");
         sendDrop(window.get(), upper);
         QCOMPARE(h->model->selectedFile()->url, upper);
     }
 
     void filePanelOffersOnlyJobFiles() {
-        QTest::mouseClick(find<QPushButton>("chooseFileButton"), Qt::LeftButton);
+        click("chooseFileButton");
         auto* panel = find<QFileDialog>("jobFilePanel");
-        QCOMPARE(panel->windowTitle(), QStringLiteral("Choose a Makera job file"));
-        QCOMPARE(panel->labelText(QFileDialog::Accept), QStringLiteral("Choose"));
+        QCOMPARE(panel->windowTitle(), u"Choose a Makera job file"_s);
+        QCOMPARE(panel->labelText(QFileDialog::Accept), u"Choose"_s);
         QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
-        QCOMPARE(panel->nameFilters(),
-                 QStringList{QStringLiteral("Makera job files (*.nc *.cnc *.gcode)")});
-        const JobFile file = h->jobFile(QStringLiteral("chosen.cnc"), 42);
+        QCOMPARE(panel->nameFilters(), QStringList{u"Makera job files (*.nc *.cnc *.gcode)"_s});
+        const JobFile file = h->jobFile(u"chosen.cnc"_s, 42);
         panel->selectUrl(file.url);
         QMetaObject::invokeMethod(panel, "accept");
         QCOMPARE(h->model->selectedFile(), std::optional(file));
@@ -515,13 +448,10 @@ private Q_SLOTS:
         Q_EMIT h->discoverer->scans.last()->finished();
         find("scanButton")->setFocus();
         QStringList order{focusName()};
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < 3; ++i, order.append(focusName()))
             press(Qt::Key_Tab);
-            order.append(focusName());
-        }
-        QCOMPARE(order, (QStringList{QStringLiteral("scanButton"), QStringLiteral("machineList"),
-                                     QStringLiteral("enterAddressButton"),
-                                     QStringLiteral("chooseFileButton")}));
+        QCOMPARE(order, (QStringList{u"scanButton"_s, u"machineList"_s, u"enterAddressButton"_s,
+                                     u"chooseFileButton"_s}));
         press(Qt::Key_Backtab);
         press(Qt::Key_Backtab);
         press(Qt::Key_Down);
@@ -530,33 +460,26 @@ private Q_SLOTS:
 
         tabTo("enterAddressButton");
         press(Qt::Key_Space);
-        QCOMPARE(focusName(), QStringLiteral("addressField"));
-        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("10.0.0.9"));
+        QTest::keyClicks(QApplication::focusWidget(), u"10.0.0.9"_s);
         press(Qt::Key_Return);
-        QCOMPARE(h->model->selectedMachine()->id(), QStringLiteral("10.0.0.9:2222"));
+        QCOMPARE(h->model->selectedMachine()->id(), u"10.0.0.9:2222"_s);
 
-        const JobFile file = h->jobFile(QStringLiteral("keys.nc"));
-        h->model->persistence().recordUpload(UploadRecord{QStringLiteral("10.0.0.9:2222"),
-                                                          file.id(), file.size,
+        const JobFile file = h->jobFile(u"keys.nc"_s);
+        h->model->persistence().recordUpload(UploadRecord{u"10.0.0.9:2222"_s, file.id(), file.size,
                                                           QDateTime::currentDateTimeUtc()});
         tabTo("chooseFileButton");
         press(Qt::Key_Space);
-        QTRY_VERIFY(QApplication::activeModalWidget() ||
-                    visibleWindow<QFileDialog>(QStringLiteral("jobFilePanel")));
-        QTRY_VERIFY(QApplication::focusWidget() &&
-                    QApplication::focusWidget()->window()->objectName() ==
-                        QStringLiteral("jobFilePanel"));
+        QTRY_COMPARE(QApplication::focusWidget()->window()->objectName(), u"jobFilePanel"_s);
         QTest::keyClicks(QApplication::focusWidget(), file.url.toLocalFile());
         press(Qt::Key_Return);
         QTRY_COMPARE(h->model->selectedFile(), std::optional(file));
 
         returnToWindow();
-        QCOMPARE(focusName(), QStringLiteral("reviewButton"));
+        QCOMPARE(focusName(), u"reviewButton"_s);
         press(Qt::Key_Space);
         UploadConfirmationView* sheet = nullptr;
-        QTRY_VERIFY(
-            (sheet = visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation"))));
-        QTRY_VERIFY(QApplication::focusWidget() && QApplication::focusWidget()->window() == sheet);
+        QTRY_VERIFY((sheet = visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s)));
+        QTRY_COMPARE(QApplication::focusWidget()->window(), sheet);
         for (int i = 0; i < 10 && !qobject_cast<ToggleSwitch*>(QApplication::focusWidget()); ++i)
             press(Qt::Key_Tab);
         press(Qt::Key_Space);
@@ -573,7 +496,7 @@ private Q_SLOTS:
     void everyControlHasAnAccessibleName() {
         startUpload();
         Q_EMIT h->uploaders.last()->progress({Phase::Uploading, 10, 1000, 5});
-        QTest::mouseClick(find<QPushButton>("enterAddressButton"), Qt::LeftButton);
+        click("enterAddressButton");
         for (QWidget* widget : window->findChildren<QWidget*>()) {
             if (!widget->isVisible() || !(widget->focusPolicy() & Qt::TabFocus))
                 continue;
@@ -589,10 +512,9 @@ private Q_SLOTS:
         FakeUploader* uploader = startUpload();
         QVERIFY(!window->close());
         QMessageBox* question = nullptr;
-        QTRY_VERIFY((question = visibleWindow<QMessageBox>(QStringLiteral("stopUploadQuestion"))));
+        QTRY_VERIFY((question = visibleWindow<QMessageBox>(u"stopUploadQuestion"_s)));
         QCOMPARE(uploader->cancelCalls, 0);
-        QTest::mouseClick(child<QPushButton>(question, QStringLiteral("stopAndQuitButton")),
-                          Qt::LeftButton);
+        QTest::mouseClick(child<QPushButton>(question, u"stopAndQuitButton"_s), Qt::LeftButton);
         QCOMPARE(uploader->cancelCalls, 1);
         QVERIFY(window->isVisible());
         Q_EMIT uploader->failed(UploadError::cancelled());

@@ -15,6 +15,7 @@
 using namespace tarnwick;
 using namespace tarnwick::testing;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
 
 // The main window over the real connector and uploader, sending a file to the simulated
 // machine on 127.0.0.1 the way a user does: address by hand, file, review, upload.
@@ -34,32 +35,26 @@ private Q_SLOTS:
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
 
-        QTest::mouseClick(window.findChild<QPushButton*>(QStringLiteral("enterAddressButton")),
-                          Qt::LeftButton);
-        window.findChild<QLineEdit*>(QStringLiteral("addressField"))
-            ->setText(QStringLiteral("127.0.0.1"));
-        window.findChild<QLineEdit*>(QStringLiteral("portField"))->setText(QString::number(port));
-        QTest::mouseClick(window.findChild<QPushButton*>(QStringLiteral("addButton")),
-                          Qt::LeftButton);
+        QTest::mouseClick(window.findChild<QPushButton*>(u"enterAddressButton"_s), Qt::LeftButton);
+        window.findChild<QLineEdit*>(u"addressField"_s)->setText(u"127.0.0.1"_s);
+        window.findChild<QLineEdit*>(u"portField"_s)->setText(QString::number(port));
+        QTest::mouseClick(window.findChild<QPushButton*>(u"addButton"_s), Qt::LeftButton);
         QTRY_COMPARE(model.selectedMachine()->status, Machine::ConnectionStatus::Connected);
 
         QByteArray content;
         for (int line = 0; line < 5000; ++line)
             content +=
                 "G1 X" + QByteArray::number(line % 97) + " Y" + QByteArray::number(line) + "\n";
-        window.chooseJobFile(writeFile(dir, QStringLiteral("tray.nc"), content));
-        QTest::mouseClick(window.findChild<QPushButton*>(QStringLiteral("reviewButton")),
-                          Qt::LeftButton);
+        window.chooseJobFile(writeFile(dir, u"tray.nc"_s, content));
+        QTest::mouseClick(window.findChild<QPushButton*>(u"reviewButton"_s), Qt::LeftButton);
         UploadConfirmationView* sheet = nullptr;
         QTRY_VERIFY((sheet = window.findChild<UploadConfirmationView*>()) && sheet->isVisible());
-        QTest::mouseClick(sheet->findChild<QPushButton*>(QStringLiteral("uploadButton")),
-                          Qt::LeftButton);
+        QTest::mouseClick(sheet->findChild<QPushButton*>(u"uploadButton"_s), Qt::LeftButton);
 
         QTRY_VERIFY_WITH_TIMEOUT(!model.isUploading(), 10000);
         QCOMPARE(model.errorMessage(), std::nullopt);
-        QCOMPARE(window.findChild<QLabel*>(QStringLiteral("transferTitle"))->text(),
-                 QStringLiteral("Upload complete"));
-        QCOMPARE(sim.stored(QStringLiteral("tray.nc")), content);
+        QCOMPARE(window.findChild<QLabel*>(u"transferTitle"_s)->text(), u"Upload complete"_s);
+        QCOMPARE(sim.stored(u"tray.nc"_s), content);
         QVERIFY(model.isRecentDuplicate());
     }
 };

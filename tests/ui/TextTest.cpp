@@ -12,6 +12,7 @@
 
 using namespace tarnwick;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -48,7 +49,7 @@ private Q_SLOTS:
     }
 
     void rateIsShownOnlyWhenItIsAUsableByteCount() {
-        QCOMPARE(rateText(48'000.9, english), std::optional(QStringLiteral("48 kB/s")));
+        QCOMPARE(rateText(48'000.9, english), std::optional(u"48 kB/s"_s));
         QVERIFY(rateText(9.2e18, english).has_value());
         for (const double unusable : {0.0, -5.0, infinity, notANumber, 9223372036854775808.0})
             QCOMPARE(rateText(unusable, english), std::nullopt);
@@ -72,94 +73,80 @@ private Q_SLOTS:
     void phaseTitlesStatusWordsAndSubtitle() {
         using Phase = TransferProgress::Phase;
         using Status = Machine::ConnectionStatus;
-        QCOMPARE((QStringList{phaseTitle(Phase::Preparing), phaseTitle(Phase::Uploading),
-                              phaseTitle(Phase::Completed), phaseTitle(Phase::Cancelled)}),
-                 (QStringList{QStringLiteral("Preparing"), QStringLiteral("Uploading"),
-                              QStringLiteral("Upload complete"), QStringLiteral("Cancelled")}));
+        QCOMPARE(
+            (QStringList{phaseTitle(Phase::Preparing), phaseTitle(Phase::Uploading),
+                         phaseTitle(Phase::Completed), phaseTitle(Phase::Cancelled)}),
+            (QStringList{u"Preparing"_s, u"Uploading"_s, u"Upload complete"_s, u"Cancelled"_s}));
         QCOMPARE((QStringList{statusWord(Status::Discovered), statusWord(Status::Connecting),
                               statusWord(Status::Connected), statusWord(Status::Busy),
                               statusWord(Status::Unavailable)}),
-                 (QStringList{QStringLiteral("Available"), QStringLiteral("Connecting"),
-                              QStringLiteral("Connected"), QStringLiteral("Busy"),
-                              QStringLiteral("Unavailable")}));
-        Machine machine{QStringLiteral("Bench Mill"), QStringLiteral("M-200"),
-                        QStringLiteral("10.0.0.5"), 80, Status::Busy};
-        QCOMPARE(machineSubtitle(machine), QStringLiteral("M-200 \u00B7 10.0.0.5:80"));
+                 (QStringList{u"Available"_s, u"Connecting"_s, u"Connected"_s, u"Busy"_s,
+                              u"Unavailable"_s}));
+        Machine machine{u"Bench Mill"_s, u"M-200"_s, u"10.0.0.5"_s, 80, Status::Busy};
+        QCOMPARE(machineSubtitle(machine), u"M-200 \u00B7 10.0.0.5:80"_s);
         machine.model.reset();
-        QCOMPARE(machineSubtitle(machine), QStringLiteral("Model unknown \u00B7 10.0.0.5:80"));
-    }
-
-    void manualPortRules_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("accepted");
-        QTest::addColumn<int>("portUsed");
-        QTest::newRow("usual") << QStringLiteral("2222") << true << 2222;
-        QTest::newRow("zero") << QStringLiteral("0") << true << 0;
-        QTest::newRow("largest") << QStringLiteral("65535") << true << 65535;
-        QTest::newRow("plus sign") << QStringLiteral("+80") << true << 80;
-        QTest::newRow("leading zeros") << QStringLiteral("0080") << true << 80;
-        QTest::newRow("empty") << QString() << false << 2222;
-        QTest::newRow("too large") << QStringLiteral("70000") << false << 2222;
-        QTest::newRow("letters") << QStringLiteral("12a") << false << 2222;
-        QTest::newRow("minus") << QStringLiteral("-1") << false << 2222;
-        QTest::newRow("only plus") << QStringLiteral("+") << false << 2222;
-        QTest::newRow("blank") << QStringLiteral(" 80") << false << 2222;
-        QTest::newRow("huge") << QStringLiteral("99999999999999999999999") << false << 2222;
-        QTest::newRow("arabic-indic digits") << QStringLiteral("\u0662\u0662") << false << 2222;
+        QCOMPARE(machineSubtitle(machine), u"Model unknown \u00B7 10.0.0.5:80"_s);
     }
 
     void manualPortRules() {
-        QFETCH(QString, text);
-        QFETCH(bool, accepted);
-        QFETCH(int, portUsed);
-        QCOMPARE(canAddManualMachine(QStringLiteral("10.0.0.5"), text), accepted);
-        QCOMPARE(int(portForManualEntry(text)), portUsed);
-        QVERIFY(!canAddManualMachine(QString(), QStringLiteral("2222")));
+        // The text, whether "Add" takes it, and the port used for it.
+        const std::tuple<QString, bool, int> cases[] = {
+            {u"2222"_s, true, 2222},
+            {u"0"_s, true, 0},
+            {u"65535"_s, true, 65535},
+            {u"+80"_s, true, 80},
+            {u"0080"_s, true, 80},
+            {QString(), false, 2222},
+            {u"70000"_s, false, 2222},
+            {u"12a"_s, false, 2222},
+            {u"-1"_s, false, 2222},
+            {u"+"_s, false, 2222},
+            {u" 80"_s, false, 2222},
+            {u"\u0662\u0662"_s, false, 2222},
+            {u"99999999999999999999999"_s, false, 2222}};
+        for (const auto& [text, accepted, port] : cases) {
+            QVERIFY2(canAddManualMachine(u"10.0.0.5"_s, text) == accepted, qPrintable(text));
+            QCOMPARE(int(portForManualEntry(text)), port);
+        }
+        QVERIFY(!canAddManualMachine(QString(), u"2222"_s));
     }
 
     void updateAlertForms() {
-        const QUrl url(QStringLiteral("https://example.test/download"));
+        const QUrl url(u"https://example.test/download"_s);
         const UpdateAlertContent expected[] = {
-            {QStringLiteral("Update Available"),
-             QStringLiteral("Tarnwick 1.4.2 is available from tarnwick.app/quorle."), url,
-             QStringLiteral("Later"), QMessageBox::Information},
-            {QStringLiteral("Update Check Failed"), QStringLiteral("Host not found"), std::nullopt,
-             QStringLiteral("OK"), QMessageBox::Warning},
-            {QStringLiteral("Up to Date"),
-             QStringLiteral("You are running the latest version of Tarnwick."), std::nullopt,
-             QStringLiteral("OK"), QMessageBox::Information},
-            {QStringLiteral("Updates"), QString(), std::nullopt, std::nullopt,
-             QMessageBox::NoIcon}};
+            {u"Update Available"_s, u"Tarnwick 1.4.2 is available from tarnwick.app/quorle."_s, url,
+             u"Later"_s, QMessageBox::Information},
+            {u"Update Check Failed"_s, u"Host not found"_s, std::nullopt, u"OK"_s,
+             QMessageBox::Warning},
+            {u"Up to Date"_s, u"You are running the latest version of Tarnwick."_s, std::nullopt,
+             u"OK"_s, QMessageBox::Information},
+            {u"Updates"_s, QString(), std::nullopt, std::nullopt, QMessageBox::NoIcon}};
         const UpdateAlertContent actual[] = {
-            updateAvailableAlert(QStringLiteral("1.4.2"), url, QStringLiteral("tarnwick.app")),
-            updateFailedAlert(QStringLiteral("Host not found")), upToDateAlert(), noOutcomeAlert()};
+            updateAvailableAlert(u"1.4.2"_s, url, u"tarnwick.app"_s),
+            updateFailedAlert(u"Host not found"_s), upToDateAlert(), noOutcomeAlert()};
         for (size_t i = 0; i < std::size(expected); ++i)
             QVERIFY2(actual[i] == expected[i], qPrintable(expected[i].title));
     }
 
     void aboutVersionLine() {
-        QCOMPARE(AboutView::versionLine(QStringLiteral("1.0.0"), QStringLiteral("7")),
-                 QStringLiteral("Version 1.0.0 (7)"));
-        QCOMPARE(AboutView::versionLine(std::nullopt, std::nullopt),
-                 QStringLiteral("Version \u2014 (\u2014)"));
-        QCOMPARE(AboutView::versionLine(QStringLiteral("2.1"), std::nullopt),
-                 QStringLiteral("Version 2.1 (\u2014)"));
+        QCOMPARE(AboutView::versionLine(u"1.0.0"_s, u"7"_s) + AboutView::versionLine({}, {}),
+                 u"Version 1.0.0 (7)Version \u2014 (\u2014)"_s);
     }
 
     void settingsTextAndStoredChoice() {
-        QCOMPARE(SettingsView::explanation(QStringLiteral("updates.example")),
+        QCOMPARE(SettingsView::explanation(u"updates.example"_s),
                  QStringLiteral("At launch, Tarnwick asks updates.example/quorle whether a newer "
                                 "version is available. The request carries a random install "
                                 "identifier used only to count installs \u2014 nothing about you "
                                 "or your files is sent."));
         QTemporaryDir dir;
-        QSettings store(dir.filePath(QStringLiteral("s.ini")), QSettings::IniFormat);
+        QSettings store(dir.filePath(u"s.ini"_s), QSettings::IniFormat);
         QVERIFY(SettingsView::automaticChecks(store));
         store.setValue(SettingsView::automaticChecksKey, false);
         store.sync();
-        QSettings reread(dir.filePath(QStringLiteral("s.ini")), QSettings::IniFormat);
+        QSettings reread(dir.filePath(u"s.ini"_s), QSettings::IniFormat);
         QVERIFY(!SettingsView::automaticChecks(reread));
-        for (const QVariant& unclear : {QVariant(QStringLiteral("sometimes")), QVariant(0)}) {
+        for (const QVariant& unclear : {QVariant(u"sometimes"_s), QVariant(0)}) {
             reread.setValue(SettingsView::automaticChecksKey, unclear);
             QVERIFY(SettingsView::automaticChecks(reread));
         }

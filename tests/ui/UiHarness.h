@@ -13,6 +13,8 @@
 
 namespace tarnwick::testing {
 
+using namespace Qt::StringLiterals;
+
 // A model over fake services and a store in a temporary folder, as the windows see it; the
 // store may hold a selection from an earlier run.
 class UiHarness {
@@ -77,7 +79,7 @@ inline QString shownText(const QWidget* parent, const QString& objectName) {
     for (const QLabel* label : parent->findChildren<QLabel*>(objectName))
         if (label->isVisibleTo(parent->window()))
             texts.append(label->text());
-    return texts.size() == 1 ? texts.first() : QStringLiteral("<%1 shown>").arg(texts.size());
+    return texts.size() == 1 ? texts.first() : u"<%1 shown>"_s.arg(texts.size());
 }
 
 } // namespace tarnwick::testing

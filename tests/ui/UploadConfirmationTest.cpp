@@ -11,6 +11,7 @@
 using namespace tarnwick;
 using namespace tarnwick::testing;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
 
 class UploadConfirmationTest : public QObject {
     Q_OBJECT
@@ -18,15 +19,13 @@ class UploadConfirmationTest : public QObject {
     std::unique_ptr<UiHarness> h;
     std::unique_ptr<ContentView> window;
     JobFile file;
-    const Machine machine =
-        UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("10.0.0.7"));
+    const Machine machine = UiHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
 
     UploadConfirmationView* present() {
         h->model->prepareUpload();
         UploadConfirmationView* sheet = nullptr;
         if (!QTest::qWaitFor([&] {
-                return (sheet = visibleWindow<UploadConfirmationView>(
-                            QStringLiteral("uploadConfirmation")));
+                return (sheet = visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
             }))
             qFatal("the sheet did not appear");
         return sheet;
@@ -47,7 +46,7 @@ private Q_SLOTS:
 
     void init() {
         h = std::make_unique<UiHarness>();
-        file = h->jobFile(QStringLiteral("bracket.gcode"), 48'000);
+        file = h->jobFile(u"bracket.gcode"_s, 48'000);
         window = std::make_unique<ContentView>(*h->model);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
@@ -65,39 +64,37 @@ private Q_SLOTS:
         UploadConfirmationView* sheet = present();
         QCOMPARE(sheet->height(), 350);
         QCOMPARE(sheet->windowModality(), Qt::WindowModal);
-        QCOMPARE(shownText(sheet, QStringLiteral("sheetTitle")), QStringLiteral("Confirm upload"));
-        QCOMPARE(shownText(sheet, QStringLiteral("sheetNote")),
-                 QStringLiteral("This sends the file only. It will not start a job."));
+        QCOMPARE(shownText(sheet, u"sheetTitle"_s), u"Confirm upload"_s);
+        QCOMPARE(shownText(sheet, u"sheetNote"_s),
+                 u"This sends the file only. It will not start a job."_s);
         const QList<std::pair<const char*, QString>> values{
-            {"destinationValue", QStringLiteral("Bench Mill")},
-            {"addressValue", QStringLiteral("10.0.0.7:2222")},
-            {"fileNameValue", QStringLiteral("bracket.gcode")},
-            {"sizeValue", QStringLiteral("48 kB")},
-            {"remotePathValue", QStringLiteral("/sd/gcodes/bracket.gcode")}};
+            {"destinationValue", u"Bench Mill"_s},
+            {"addressValue", u"10.0.0.7:2222"_s},
+            {"fileNameValue", u"bracket.gcode"_s},
+            {"sizeValue", u"48 kB"_s},
+            {"remotePathValue", u"/sd/gcodes/bracket.gcode"_s}};
         for (const auto& [name, text] : values)
             QCOMPARE(value(sheet, name), text);
         // The intent, whatever face the system has: a monospaced one.
-        QCOMPARE(child<QLabel>(sheet, QStringLiteral("addressValue"))->font().styleHint(),
-                 QFont::Monospace);
-        QVERIFY(!child<QWidget>(sheet, QStringLiteral("duplicateWarning"))->isVisible());
-        auto* upload = child<QPushButton>(sheet, QStringLiteral("uploadButton"));
+        QCOMPARE(child<QLabel>(sheet, u"addressValue"_s)->font().styleHint(), QFont::Monospace);
+        QVERIFY(!child<QWidget>(sheet, u"duplicateWarning"_s)->isVisible());
+        auto* upload = child<QPushButton>(sheet, u"uploadButton"_s);
         QVERIFY(upload->isEnabled() && upload->isDefault());
         QTest::keyClick(sheet, Qt::Key_Return);
         QCOMPARE(h->uploaders.made.size(), 1);
         QCOMPARE(h->uploaders.last()->file, std::optional(file));
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
     }
 
     void aRecentDuplicateNeedsUploadItAgain() {
         recordEarlierUpload(86'000);
         UploadConfirmationView* sheet = present();
         QCOMPARE(sheet->height(), 430);
-        QCOMPARE(
-            shownText(sheet, QStringLiteral("duplicateText")),
-            QStringLiteral("This exact file was uploaded to this machine in the last 24 hours."));
-        auto* again = child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch"));
-        QCOMPARE(again->text(), QStringLiteral("Upload it again"));
-        auto* upload = child<QPushButton>(sheet, QStringLiteral("uploadButton"));
+        QCOMPARE(shownText(sheet, u"duplicateText"_s),
+                 u"This exact file was uploaded to this machine in the last 24 hours."_s);
+        auto* again = child<ToggleSwitch>(sheet, u"uploadAgainSwitch"_s);
+        QCOMPARE(again->text(), u"Upload it again"_s);
+        auto* upload = child<QPushButton>(sheet, u"uploadButton"_s);
         QVERIFY(!upload->isEnabled());
         QTest::keyClick(sheet, Qt::Key_Return);
         QCOMPARE(h->uploaders.made.size(), 0);
@@ -108,13 +105,12 @@ private Q_SLOTS:
         // Each presentation starts with the switch off.
         QTest::mouseClick(again, Qt::LeftButton);
         QTest::keyClick(sheet, Qt::Key_Escape);
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
         sheet = present();
-        again = child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch"));
+        again = child<ToggleSwitch>(sheet, u"uploadAgainSwitch"_s);
         QVERIFY(!again->isChecked());
         QTest::mouseClick(again, Qt::LeftButton);
-        QTest::mouseClick(child<QPushButton>(sheet, QStringLiteral("uploadButton")),
-                          Qt::LeftButton);
+        QTest::mouseClick(child<QPushButton>(sheet, u"uploadButton"_s), Qt::LeftButton);
         QCOMPARE(h->uploaders.made.size(), 1);
     }
 
@@ -124,18 +120,16 @@ private Q_SLOTS:
             if (byKey)
                 QTest::keyClick(sheet, Qt::Key_Escape);
             else
-                QTest::mouseClick(child<QPushButton>(sheet, QStringLiteral("cancelButton")),
-                                  Qt::LeftButton);
+                QTest::mouseClick(child<QPushButton>(sheet, u"cancelButton"_s), Qt::LeftButton);
             QVERIFY(!h->model->showConfirmation());
-            QTRY_VERIFY(
-                !visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+            QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
         }
         QCOMPARE(h->uploaders.made.size(), 0);
         QCOMPARE(h->model->progress(), std::nullopt);
     }
 
     void longNamesElideAndTheRemotePathCopiesWhole() {
-        const QString name = QString(200, QLatin1Char('x')) + QStringLiteral(".nc");
+        const QString name = QString(200, QLatin1Char('x')) + u".nc"_s;
         h->model->chooseFile(h->jobFile(name));
         UploadConfirmationView* sheet = present();
         QCOMPARE(sheet->width(), 520);
@@ -145,10 +139,10 @@ private Q_SLOTS:
             QVERIFY2(shown->mapTo(sheet, QPoint(shown->width(), 0)).x() <= sheet->width(), label);
             QVERIFY2(shown->toolTip() == shown->fullText(), label);
         }
-        auto* remotePath = child<ElidedLabel>(sheet, QStringLiteral("remotePathValue"));
+        auto* remotePath = child<ElidedLabel>(sheet, u"remotePathValue"_s);
         remotePath->setFocus();
         QTest::keyClick(remotePath, Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("/sd/gcodes/") + name);
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"/sd/gcodes/"_s + name);
     }
 
     void absentValuesAreDashes() {
@@ -156,7 +150,7 @@ private Q_SLOTS:
         UploadConfirmationView sheet(*empty.model);
         for (const char* name :
              {"destinationValue", "addressValue", "fileNameValue", "sizeValue", "remotePathValue"})
-            QCOMPARE(value(&sheet, name), QStringLiteral("\u2014"));
+            QCOMPARE(value(&sheet, name), u"\u2014"_s);
     }
 };
 
