@@ -75,7 +75,7 @@ void MachineListModel::followOnce(QList<Machine> next) {
     if (next.size() == m_rows.size() + 1 && followInsertion(next))
         return;
     if (next.size() == m_rows.size()) {
-        changeRows(next, 0);
+        changeRows(next);
         return;
     }
     beginResetModel();
@@ -97,12 +97,12 @@ bool MachineListModel::followInsertion(const QList<Machine>& next) {
     m_rows.insert(at, next[at]);
     endInsertRows();
     countAddress(next[at].ipAddress, +1);
-    changeRows(next, 0);
+    changeRows(next);
     return true;
 }
 
-void MachineListModel::changeRows(const QList<Machine>& next, int offset) {
-    for (int i = offset; i < m_rows.size(); ++i) {
+void MachineListModel::changeRows(const QList<Machine>& next) {
+    for (int i = 0; i < m_rows.size(); ++i) {
         if (m_rows[i] == next[i])
             continue;
         countAddress(m_rows[i].ipAddress, -1);

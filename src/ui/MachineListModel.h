@@ -39,7 +39,7 @@ private:
     void follow();
     void followOnce(QList<Machine> next);
     bool followInsertion(const QList<Machine>& next);
-    void changeRows(const QList<Machine>& next, int offset);
+    void changeRows(const QList<Machine>& next);
     void countAddress(const QString& address, int change);
     QString shownAddress(const Machine& machine) const;
 

@@ -7,11 +7,11 @@
 #include "ui/ManualEntryRules.h"
 #include "ui/Style.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
