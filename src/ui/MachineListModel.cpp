@@ -18,7 +18,9 @@ MachineListModel::MachineListModel(AppModel& model, QObject* parent)
     : QAbstractListModel(parent)
     , m_model(model) {
     connect(&m_model, &AppModel::machinesChanged, this, &MachineListModel::follow);
+    connect(&m_model, &AppModel::selectedMachineChanged, this, &MachineListModel::followSelection);
     follow();
+    followSelection();
 }
 
 int MachineListModel::rowCount(const QModelIndex& parent) const {
@@ -40,8 +42,12 @@ QVariant MachineListModel::data(const QModelIndex& index, int role) const {
             .arg(machine.name, shownAddress(machine), statusWord(machine.status));
     case AddressRole:
         return shownAddress(machine);
-    case StatusRole:
-        return int(machine.status);
+    case StatusRole: {
+        const auto& selected = m_model.selectedMachine();
+        return int(selected && selected->id() == machine.id() ? selected->status : machine.status);
+    }
+    case BusyRole:
+        return machine.status == Machine::ConnectionStatus::Busy;
     case IdRole:
         return machine.id();
     default:
@@ -54,6 +60,15 @@ int MachineListModel::row(const QString& machineID) const {
         if (m_rows[i].id() == machineID)
             return i;
     return -1;
+}
+
+void MachineListModel::followSelection() {
+    const auto& selected = m_model.selectedMachine();
+    const QString selectedID = selected ? selected->id() : QString();
+    for (const QString& id : {m_selectedID, selectedID})
+        if (const int at = row(id); at >= 0)
+            Q_EMIT dataChanged(index(at), index(at), {StatusRole});
+    m_selectedID = selectedID;
 }
 
 void MachineListModel::follow() {

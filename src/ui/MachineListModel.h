@@ -22,7 +22,11 @@ public:
         // The address as the row shows it: with the port when it is not the usual one, or when
         // another listed machine has the same address.
         AddressRole = Qt::UserRole + 1,
+        // The status the dot shows. For the selected machine it is the destination's, so that
+        // the dot and the destination's badge never disagree.
         StatusRole,
+        // Whether the machine's own announcement says it is busy.
+        BusyRole,
         IdRole,
     };
 
@@ -37,6 +41,7 @@ public:
 
 private:
     void follow();
+    void followSelection();
     void followOnce(QList<Machine> next);
     bool followInsertion(const QList<Machine>& next);
     void changeRows(const QList<Machine>& next);
@@ -46,6 +51,7 @@ private:
     AppModel& m_model;
     QList<Machine> m_rows;
     QHash<QString, int> m_addressCounts;
+    QString m_selectedID;
     bool m_following = false;
     bool m_followAgain = false;
 };

@@ -50,7 +50,7 @@ void MachineRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     painter->drawEllipse(QRectF(dot));
 
     int right = area.right();
-    if (status == Machine::ConnectionStatus::Busy) {
+    if (index.data(MachineListModel::BusyRole).toBool()) {
         const QFont caption = style::font(style::TextStyle::Caption, widget);
         const int busyWidth = QFontMetrics(caption).horizontalAdvance(busyWord());
         painter->setFont(caption);

@@ -115,10 +115,10 @@ class ContentViewTest : public QObject {
 
     void click(const char* name) { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
 
-    // The badge and the sidebar's dot of the one listed machine say the same.
-    void expectStatus(Status status) {
+    // The badge and the selected machine's dot in the sidebar say the same.
+    void expectStatus(Status status, int row = 0) {
         QCOMPARE(find<StatusBadge>("statusBadge")->status(), status);
-        QCOMPARE(listModel()->index(0).data(MachineListModel::StatusRole).toInt(), int(status));
+        QCOMPARE(listModel()->index(row).data(MachineListModel::StatusRole).toInt(), int(status));
     }
 
     // The alert shows its title above the message, with an icon that fits the news.
@@ -227,7 +227,7 @@ private Q_SLOTS:
             {u"Alpha"_s, u"10.0.0.9:2223"_s, Status::Discovered},
             {u"beta"_s, u"10.0.0.9:2222"_s, Status::Discovered},
             {u"delta"_s, u"10.0.0.4:80"_s, Status::Discovered},
-            {u"aardvark"_s, u"10.0.0.3"_s, Status::Busy}};
+            {u"aardvark"_s, u"10.0.0.3"_s, Status::Connecting}};
         QCOMPARE(rows->rowCount(), expected.size());
         for (int row = 0; row < rows->rowCount(); ++row) {
             const auto& [name, address, status] = expected[row];
@@ -235,6 +235,9 @@ private Q_SLOTS:
             QCOMPARE(rows->index(row).data(MachineListModel::AddressRole).toString(), address);
             QCOMPARE(rows->index(row).data(MachineListModel::StatusRole).toInt(), int(status));
         }
+        // The selected machine's dot says what its badge says; its announcement says busy.
+        QVERIFY(rows->index(3).data(MachineListModel::BusyRole).toBool());
+        expectStatus(Status::Connecting, 3);
         QCOMPARE(find<QListView>("machineList")->selectionModel()->selectedRows(),
                  QModelIndexList{rows->index(3)});
     }
