@@ -173,6 +173,8 @@ void shootAppearance(const QString& folder, const QString& appearance, const QPa
     auto* alert = visibleWindow<QMessageBox>(QStringLiteral("errorAlert"));
     shooter.save(Shooter::withDialog(&window, alert), QStringLiteral("main-failed"));
     alert->close();
+    // The failure made the app check the machine again; it does not answer either.
+    Q_EMIT h.connector->checks.last()->failed(UploadError::timedOut());
     settle();
     shooter.save(window.grab().toImage(), QStringLiteral("main-failed-after-alert"));
 
