@@ -75,15 +75,8 @@ class ShellTest : public QObject {
         QCOMPARE(alert->text(), expected.title);
         QCOMPARE(alert->informativeText(), expected.message);
         QCOMPARE(alert->icon(), expected.icon);
-        QStringList buttons;
-        for (const QAbstractButton* button : alert->buttons())
-            buttons.append(button->text());
-        QStringList wanted{expected.dismissButton.value_or(QString())};
-        if (expected.downloadUrl)
-            wanted.append(u"Download"_s);
-        buttons.sort();
-        wanted.sort();
-        QCOMPARE(buttons, wanted);
+        QCOMPARE(alert->escapeButton()->text(), expected.dismissButton.value_or(QString()));
+        QCOMPARE(alert->buttons().size(), expected.downloadUrl ? 2 : 1);
     }
 
 private Q_SLOTS:
@@ -164,6 +157,7 @@ private Q_SLOTS:
         const QUrl download(u"https://example.test/get"_s);
         compareAlert(alert, updateAvailableAlert(u"9.4.1"_s, download,
                                                  QString::fromUtf8(build::updateHost)));
+        QCOMPARE(child<QPushButton>(alert, u"downloadButton"_s)->text(), u"Download"_s);
         QTest::mouseClick(child<QPushButton>(alert, u"downloadButton"_s), Qt::LeftButton);
         QCOMPARE(catcher.opened, QList<QUrl>{download});
         QVERIFY(!app->updateChecker().outcome().has_value());
