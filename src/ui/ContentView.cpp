@@ -17,7 +17,9 @@
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -286,6 +288,18 @@ void ContentView::dropEvent(QDropEvent* event) {
         return;
     event->acceptProposedAction();
     chooseJobFile(*url);
+}
+
+void ContentView::keyPressEvent(QKeyEvent* event) {
+    // "Review Upload" is the window's default button: Return reaches it from anywhere but a
+    // text field, whose Return belongs to the field.
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (enter && plain && !qobject_cast<QLineEdit*>(QApplication::focusWidget())) {
+        m_model.prepareUpload();
+        return;
+    }
+    QMainWindow::keyPressEvent(event);
 }
 
 void ContentView::showErrorAlert() {

@@ -9,6 +9,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -169,8 +170,10 @@ QWidget* MachineSidebar::makeManualEntry() {
 
     connect(m_addressField, &QLineEdit::textChanged, this, &MachineSidebar::updateAddButton);
     connect(m_portField, &QLineEdit::textChanged, this, &MachineSidebar::updateAddButton);
-    connect(m_addressField, &QLineEdit::returnPressed, m_addButton, &QPushButton::click);
-    connect(m_portField, &QLineEdit::returnPressed, m_addButton, &QPushButton::click);
+    // Return in a field adds the machine and goes no further: the window's own Return is
+    // for reviewing the upload.
+    m_addressField->installEventFilter(this);
+    m_portField->installEventFilter(this);
     updateAddButton();
     setShowingManualEntry(false);
     return area;
@@ -204,6 +207,14 @@ void MachineSidebar::takeListSelection() {
 }
 
 bool MachineSidebar::eventFilter(QObject* watched, QEvent* event) {
+    if ((watched == m_addressField || watched == m_portField) &&
+        event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            addManualMachine();
+            return true;
+        }
+    }
     if (watched == m_list->viewport() && event->type() == QEvent::MouseButtonPress) {
         const auto& selected = m_model.selectedMachine();
         m_selectedBeforePress = selected ? selected->id() : QString();

@@ -461,12 +461,6 @@ private Q_SLOTS:
         press(Qt::Key_Space);
         QCOMPARE(h->model->selectedMachine()->id(), bench.id());
 
-        tabTo("enterAddressButton");
-        press(Qt::Key_Space);
-        QTest::keyClicks(QApplication::focusWidget(), u"10.0.0.9"_s);
-        press(Qt::Key_Return);
-        QCOMPARE(h->model->selectedMachine()->id(), u"10.0.0.9:2222"_s);
-
         const JobFile file = h->jobFile(u"keys.nc"_s);
         h->model->persistence().recordUpload(UploadRecord{u"10.0.0.9:2222"_s, file.id(), file.size,
                                                           QDateTime::currentDateTimeUtc()});
@@ -479,7 +473,15 @@ private Q_SLOTS:
 
         returnToWindow();
         QCOMPARE(focusName(), u"reviewButton"_s);
+        // Return in the address field adds the machine; it does not reach the review.
+        tabTo("enterAddressButton");
         press(Qt::Key_Space);
+        QTest::keyClicks(QApplication::focusWidget(), u"10.0.0.9"_s);
+        press(Qt::Key_Return);
+        QCOMPARE(h->model->selectedMachine()->id(), u"10.0.0.9:2222"_s);
+        QVERIFY(!h->model->showConfirmation());
+        // Elsewhere Return is the window's default: "Review Upload".
+        press(Qt::Key_Return);
         UploadConfirmationView* sheet = nullptr;
         QTRY_VERIFY((sheet = visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s)));
         QTRY_COMPARE(QApplication::focusWidget()->window(), sheet);
