@@ -8,6 +8,7 @@
 // exits 1 when the upload fails. Run it with a private XDG_CONFIG_HOME and the offscreen
 // platform (bench/upload does both).
 
+#include "LatenessProbe.h"
 #include "app/AppModel.h"
 #include "app/SettingsStore.h"
 #include "ui/RealServices.h"
@@ -15,56 +16,10 @@
 #include "update/UpdateChecker.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QTextStream>
 #include <QTimer>
 
-#include <algorithm>
-#include <vector>
-
 using namespace tarnwick;
-
-namespace {
-
-constexpr qint64 tickNs = 2'000'000;
-
-// Measures the delay between each tick's due time and the moment it runs.
-class LatenessProbe : public QObject {
-public:
-    explicit LatenessProbe(QObject* parent)
-        : QObject(parent)
-        , m_timer(this) {
-        m_timer.setTimerType(Qt::PreciseTimer);
-        m_timer.setInterval(std::chrono::nanoseconds(tickNs) / std::chrono::milliseconds(1));
-        QObject::connect(&m_timer, &QTimer::timeout, this, &LatenessProbe::tick);
-        m_clock.start();
-        m_due = tickNs;
-        m_timer.start();
-    }
-
-    void report(QTextStream& out) {
-        std::sort(m_lateness.begin(), m_lateness.end());
-        const auto ms = [](qint64 ns) { return double(ns) / 1e6; };
-        const qint64 worst = m_lateness.empty() ? 0 : m_lateness.back();
-        const qint64 p99 = m_lateness.empty() ? 0 : m_lateness[m_lateness.size() * 99 / 100];
-        out << "worst-lateness-ms " << ms(worst) << "\np99-lateness-ms " << ms(p99) << "\nticks "
-            << m_lateness.size() << Qt::endl;
-    }
-
-private:
-    void tick() {
-        const qint64 now = m_clock.nsecsElapsed();
-        m_lateness.push_back(std::max<qint64>(0, now - m_due));
-        m_due = now + tickNs;
-    }
-
-    QTimer m_timer;
-    QElapsedTimer m_clock;
-    qint64 m_due = 0;
-    std::vector<qint64> m_lateness;
-};
-
-} // namespace
 
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
@@ -92,7 +47,7 @@ int main(int argc, char* argv[]) {
     model.selectMachine(machine);
     model.chooseFile(file.value());
 
-    LatenessProbe* probe = nullptr;
+    bench::LatenessProbe* probe = nullptr;
     int exitCode = 0;
     QObject::connect(&model, &AppModel::isUploadingChanged, &app, [&] {
         if (model.isUploading())
@@ -106,7 +61,7 @@ int main(int argc, char* argv[]) {
     });
     // Once the window has settled, the upload starts as the sheet's "Upload" would start it.
     QTimer::singleShot(500, &app, [&] {
-        probe = new LatenessProbe(&app);
+        probe = new bench::LatenessProbe(&app);
         model.upload(true);
     });
     QApplication::exec();

@@ -3,6 +3,7 @@
 #include "app/AppPersistence.h"
 #include "app/Services.h"
 
+#include <QCollator>
 #include <QDateTime>
 #include <QObject>
 #include <QPointer>
@@ -24,6 +25,9 @@ public:
     static constexpr int maximumRecentFiles = 8;
     static constexpr qint64 duplicateWindowSeconds = duplicateUploadWindowSeconds;
     static inline const QString remoteFolder = QStringLiteral("/sd/gcodes/");
+    // A scan lists no more machines than this: one faulty or hostile device announcing
+    // thousands of addresses must not swamp the list, the window or the memory.
+    static constexpr int maximumListedMachines = 256;
 
     using Clock = std::function<QDateTime()>;
 
@@ -49,6 +53,8 @@ public:
     std::optional<double> checkingFraction() const { return m_checkingFraction; }
     // A problem that does not stop the user, such as an upload history that could not be saved.
     const std::optional<QString>& notice() const { return m_notice; }
+    // The running or last scan heard more machines than the list takes.
+    bool isMachineListFull() const { return m_isMachineListFull; }
 
     // The views write these two directly: a file's validation message or the alert's dismissal,
     // and the sheet's dismissal.
@@ -60,6 +66,9 @@ public:
     // Workflows.
     void discover();
     void selectMachine(const std::optional<Machine>& machine);
+    // Checks again that the selected machine answers, such as a selection restored from the
+    // store whose status may be long out of date.
+    void checkSelectedMachine();
     // Fails with DiscoveryPacketError::InvalidAddress and changes nothing when the address is
     // not canonical dotted decimal or the port is 0.
     std::optional<Error> addManualMachine(const QString& ipAddress, quint16 port);
@@ -87,14 +96,19 @@ Q_SIGNALS:
     void showConfirmationChanged();
     void checkingFractionChanged();
     void noticeChanged();
+    void isMachineListFullChanged();
 
 private:
     void restoreRecentFiles();
-    void checkConnection();
+    enum class CheckFailure {
+        Reported,
+        Silent
+    };
+    void checkConnection(CheckFailure failure = CheckFailure::Reported);
     void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
     void mergeDiscovered(const Machine& machine);
     void finishUpload(const Machine& machine, const JobFile& file);
-    void failUpload(const Error& error, const JobFile& file);
+    void failUpload(const Error& error, const Machine& machine, const JobFile& file);
     void endUpload();
 
     template <typename T>
@@ -125,6 +139,11 @@ private:
     bool m_showConfirmation = false;
     std::optional<double> m_checkingFraction;
     std::optional<QString> m_notice;
+    bool m_isMachineListFull = false;
+    // Whether m_machines is in name order, so that a new machine can be inserted in place
+    // instead of sorting the whole list again.
+    bool m_machinesSorted = true;
+    QCollator m_nameOrder;
 
     QPointer<MachineScan> m_scan;
     QPointer<FileUploading> m_uploader;

@@ -19,34 +19,43 @@ std::optional<QString> configured(const char* value) {
 
 } // namespace
 
-const QStringList& AboutView::quotes() {
-    static const QStringList all{
-        QStringLiteral("Stand on the shoulders of giants."),
-        QStringLiteral("Measure twice, cut once."),
-        QStringLiteral("The best way to predict the future is to invent it."),
-        QStringLiteral("Make it work, make it right, make it fast."),
-        QStringLiteral("The details are not the details. They make the design."),
-        QStringLiteral("A ship in harbour is safe, but that is not what ships are built for."),
-        QStringLiteral("If a job's worth doing, it's worth doing well."),
-        QStringLiteral("Perfect is the enemy of done."),
-        QStringLiteral("Every expert was once a beginner."),
-        QStringLiteral("First make the thing, then make the thing better."),
-        QStringLiteral("Spread a little happiness with a random act of kindness today."),
+QStringList AboutView::quotes() {
+    static const char* const all[] = {
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView", "Stand on the shoulders of giants."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView", "Measure twice, cut once."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView",
+                          "The best way to predict the future is to invent it."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView", "Make it work, make it right, make it fast."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView",
+                          "The details are not the details. They make the design."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView",
+                          "A ship in harbour is safe, but that is not what ships are built for."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView",
+                          "If a job's worth doing, it's worth doing well."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView", "Perfect is the enemy of done."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView", "Every expert was once a beginner."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView",
+                          "First make the thing, then make the thing better."),
+        QT_TRANSLATE_NOOP("tarnwick::ui::AboutView",
+                          "Spread a little happiness with a random act of kindness today."),
     };
-    return all;
+    QStringList translated;
+    for (const char* quote : all)
+        translated.append(tr(quote));
+    return translated;
 }
 
 QString AboutView::versionLine(const std::optional<QString>& version,
                                const std::optional<QString>& build) {
     const QString absent = QStringLiteral("\u2014");
-    return QStringLiteral("Version ") + version.value_or(absent) + QStringLiteral(" (") +
-           build.value_or(absent) + QLatin1Char(')');
+    //: %1 is the version, %2 the build number.
+    return tr("Version %1 (%2)").arg(version.value_or(absent), build.value_or(absent));
 }
 
 AboutView::AboutView(QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::MSWindowsFixedSizeDialogHint) {
     setObjectName(QStringLiteral("aboutView"));
-    setWindowTitle(QStringLiteral("About Tarnwick"));
+    setWindowTitle(tr("About Tarnwick"));
     setAttribute(Qt::WA_QuitOnClose, false);
 
     auto* layout = new QVBoxLayout(this);
@@ -58,7 +67,7 @@ AboutView::AboutView(QWidget* parent)
     icon->setFixedSize(96, 96);
     layout->addWidget(icon, 0, Qt::AlignHCenter);
 
-    auto* name = new QLabel(QStringLiteral("Tarnwick"), this);
+    auto* name = new QLabel(tr("Tarnwick"), this);
     name->setObjectName(QStringLiteral("aboutName"));
     QFont nameFont = font();
     nameFont.setPixelSize(26);
@@ -97,9 +106,10 @@ void AboutView::showEvent(QShowEvent* event) {
 }
 
 void AboutView::chooseQuote() {
-    const QStringList& all = quotes();
+    const QStringList all = quotes();
     m_quote = all[QRandomGenerator::global()->bounded(int(all.size()))];
-    m_quoteLabel->setText(QStringLiteral("\u201C") + m_quote + QStringLiteral("\u201D"));
+    //: The About window's quote between quotation marks.
+    m_quoteLabel->setText(tr("\u201C%1\u201D").arg(m_quote));
     // Quotes differ in length; the window fits the one it shows.
     setFixedHeight(layout()->totalHeightForWidth(width()));
 }

@@ -14,7 +14,7 @@ class AboutView : public QWidget {
     Q_OBJECT
 
 public:
-    static const QStringList& quotes();
+    static QStringList quotes();
     // "Version 1.0 (1)", with "—" for a value that is missing.
     static QString versionLine(const std::optional<QString>& version,
                                const std::optional<QString>& build);

@@ -4,16 +4,19 @@
 
 namespace tarnwick::ui {
 
-// Puts an alert's title and message where the platform shows them: macOS alerts have no title
-// bar, so the title leads the text there; elsewhere it is the window title.
-inline void setAlertText(QMessageBox* alert, const QString& title, const QString& message) {
+// Puts an alert's title where every platform shows it plainly: as the box's main text, with
+// the message below it. Title bars are cut short or barely visible on many desktops, and a
+// macOS alert has none.
+inline void setAlertText(QMessageBox* alert, const QString& title, const QString& message,
+                         QMessageBox::Icon icon) {
     alert->setWindowTitle(title);
-#ifdef Q_OS_MACOS
+    alert->setIcon(icon);
     alert->setText(title);
     alert->setInformativeText(message);
-#else
-    alert->setText(message);
-#endif
+    // Wide enough that a short message does not make a cramped box; the title reads as one.
+    alert->setStyleSheet(
+        QStringLiteral("QLabel#qt_msgbox_label { font-weight: bold; min-width: 22em; }"
+                       "QLabel#qt_msgbox_informativelabel { min-width: 22em; }"));
 }
 
 } // namespace tarnwick::ui

@@ -13,10 +13,13 @@
 #include "ui/TransferCard.h"
 #include "ui/UploadConfirmationView.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -41,8 +44,8 @@ QString jobFileFilter() {
     QStringList patterns;
     for (const QString& extension : JobFile::acceptedExtensions())
         patterns.append(QStringLiteral("*.") + extension);
-    return QStringLiteral("Makera job files (") + patterns.join(QLatin1Char(' ')) +
-           QLatin1Char(')');
+    //: The file panel's filter; %1 is the list of patterns such as "*.nc *.cnc".
+    return ContentView::tr("Makera job files (%1)").arg(patterns.join(QLatin1Char(' ')));
 }
 
 std::optional<QUrl> droppedFile(const QMimeData* data) {
@@ -58,7 +61,7 @@ ContentView::ContentView(AppModel& model, QWidget* parent)
     : QMainWindow(parent)
     , m_model(model) {
     setObjectName(QStringLiteral("contentView"));
-    setWindowTitle(QStringLiteral("Tarnwick"));
+    setWindowTitle(tr("Tarnwick"));
     setMinimumSize(minimumWidth, minimumHeight);
     setAcceptDrops(true);
 
@@ -75,12 +78,16 @@ ContentView::ContentView(AppModel& model, QWidget* parent)
     splitter->setSizes({sidebarIdeal, minimumWidth - sidebarIdeal});
     setCentralWidget(splitter);
 
-    connect(&m_model, &AppModel::progressChanged, this, &ContentView::showTransferSection);
+    connect(m_transferCard, &TransferCard::hasContentChanged, this,
+            &ContentView::showTransferSection);
+    connect(&m_model, &AppModel::noticeChanged, this, &ContentView::showNotice);
+    connect(&m_model, &AppModel::isUploadingChanged, this, &ContentView::askForAttention);
     connect(&m_model, &AppModel::errorMessageChanged, this, &ContentView::showErrorAlert);
     connect(&m_model, &AppModel::showConfirmationChanged, this,
             &ContentView::showConfirmationSheet);
     connect(&m_model, &AppModel::isUploadingChanged, this, &ContentView::closeOnceUploadEnds);
     showTransferSection();
+    showNotice();
 }
 
 QWidget* ContentView::makeDetailColumn() {
@@ -89,6 +96,8 @@ QWidget* ContentView::makeDetailColumn() {
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // The column scrolls with the wheel and follows the focus; it is no stop of its own.
+    scroll->setFocusPolicy(Qt::NoFocus);
 
     auto* canvas = new QWidget(scroll);
     canvas->setObjectName(QStringLiteral("detailCanvas"));
@@ -103,30 +112,29 @@ QWidget* ContentView::makeDetailColumn() {
     auto* layout = new QVBoxLayout(column);
     layout->setContentsMargins(28, 28, 28, 28);
     layout->setSpacing(22);
+    layout->addWidget(makeNoticeBar());
     layout->addWidget(makeHeader());
     layout->addWidget(makeSafetyBanner());
 
-    auto* destination = new SectionBox(QStringLiteral("Destination"), QStringLiteral("scope"),
+    auto* destination = new SectionBox(tr("Destination"), QStringLiteral("scope"),
                                        new DestinationCard(m_model), column);
     destination->setObjectName(QStringLiteral("destinationSection"));
     layout->addWidget(destination);
 
     auto* fileCard = new FileCard(m_model);
     connect(fileCard, &FileCard::chooseFileRequested, this, &ContentView::openFilePanel);
-    auto* file = new SectionBox(QStringLiteral("Job file"), QStringLiteral("doc.badge.plus"),
-                                fileCard, column);
+    auto* file = new SectionBox(tr("Job file"), QStringLiteral("doc.badge.plus"), fileCard, column);
     file->setObjectName(QStringLiteral("fileSection"));
     layout->addWidget(file);
 
+    m_transferCard = new TransferCard(m_model);
     m_transferSection =
-        new SectionBox(QStringLiteral("Transfer"), QStringLiteral("arrow.up.circle"),
-                       new TransferCard(m_model), column);
+        new SectionBox(tr("Transfer"), QStringLiteral("arrow.up.circle"), m_transferCard, column);
     m_transferSection->setObjectName(QStringLiteral("transferSection"));
     layout->addWidget(m_transferSection);
 
-    auto* recent =
-        new SectionBox(QStringLiteral("Recent files"), QStringLiteral("clock.arrow.circlepath"),
-                       new RecentFilesView(m_model), column);
+    auto* recent = new SectionBox(tr("Recent files"), QStringLiteral("clock.arrow.circlepath"),
+                                  new RecentFilesView(m_model), column);
     recent->setObjectName(QStringLiteral("recentSection"));
     layout->addWidget(recent);
     layout->addStretch(1);
@@ -142,14 +150,14 @@ QWidget* ContentView::makeHeader() {
     layout->setContentsMargins(0, 0, 0, 0);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(4);
-    auto* title = new QLabel(QStringLiteral("Tarnwick"), header);
+    auto* title = new QLabel(tr("Tarnwick"), header);
     title->setObjectName(QStringLiteral("appTitle"));
     QFont titleFont = style::rounded(style::font(style::TextStyle::Body, header));
     titleFont.setPixelSize(34);
     titleFont.setWeight(QFont::Bold);
     title->setFont(titleFont);
     auto* subtitle =
-        new QLabel(QStringLiteral("Send job files to a Makera CNC without starting them."), header);
+        new QLabel(tr("Send job files to a Makera CNC without starting them."), header);
     subtitle->setObjectName(QStringLiteral("appSubtitle"));
     subtitle->setFont(style::font(style::TextStyle::Title3, header));
     subtitle->setWordWrap(true);
@@ -176,10 +184,10 @@ QWidget* ContentView::makeSafetyBanner() {
                       0, Qt::AlignTop);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(3);
-    auto* heading = new QLabel(QStringLiteral("Upload only"), banner);
+    auto* heading = new QLabel(tr("Upload only"), banner);
     heading->setFont(style::font(style::TextStyle::Headline, banner));
-    auto* text = new QLabel(QStringLiteral("Tarnwick never opens, selects or starts a job and "
-                                           "contains no motion-control commands."),
+    auto* text = new QLabel(tr("Tarnwick never opens, selects or starts a job and contains no "
+                               "motion-control commands."),
                             banner);
     text->setObjectName(QStringLiteral("safetyText"));
     text->setWordWrap(true);
@@ -190,8 +198,42 @@ QWidget* ContentView::makeSafetyBanner() {
     return banner;
 }
 
+QWidget* ContentView::makeNoticeBar() {
+    m_noticeBar = new RoundedPanel(
+        10, [](const QWidget*) { return style::withAlpha(style::orange(), 0.10); },
+        [](const QWidget*) { return style::withAlpha(style::orange(), 0.30); }, this);
+    m_noticeBar->setObjectName(QStringLiteral("noticeBar"));
+    auto* layout = new QHBoxLayout(m_noticeBar);
+    layout->setContentsMargins(14, 10, 10, 10);
+    layout->setSpacing(10);
+    layout->addWidget(new SymbolLabel(QStringLiteral("exclamationmark.triangle.fill"), 16,
+                                      [](const QWidget*) { return style::orange(); }),
+                      0, Qt::AlignTop);
+    m_noticeText = new QLabel(m_noticeBar);
+    m_noticeText->setObjectName(QStringLiteral("noticeText"));
+    m_noticeText->setWordWrap(true);
+    layout->addWidget(m_noticeText, 1);
+    auto* dismiss = new QPushButton(tr("Dismiss"), m_noticeBar);
+    dismiss->setObjectName(QStringLiteral("dismissNoticeButton"));
+    connect(dismiss, &QPushButton::clicked, &m_model, &AppModel::dismissNotice);
+    layout->addWidget(dismiss, 0, Qt::AlignTop);
+    return m_noticeBar;
+}
+
+void ContentView::showNotice() {
+    const auto& notice = m_model.notice();
+    m_noticeText->setText(notice.value_or(QString()));
+    m_noticeBar->setVisible(notice.has_value());
+}
+
 void ContentView::showTransferSection() {
-    m_transferSection->setVisible(m_model.progress().has_value());
+    m_transferSection->setVisible(m_transferCard->hasContent());
+}
+
+void ContentView::askForAttention() {
+    // An upload can take minutes; whoever switched to another window hears that it ended.
+    if (!m_model.isUploading() && !isActiveWindow())
+        QApplication::alert(this);
 }
 
 void ContentView::openFilePanel() {
@@ -200,12 +242,12 @@ void ContentView::openFilePanel() {
         m_filePanel->activateWindow();
         return;
     }
-    auto* panel = new QFileDialog(this, QStringLiteral("Choose a Makera job file"));
+    auto* panel = new QFileDialog(this, tr("Choose a Makera job file"));
     panel->setObjectName(QStringLiteral("jobFilePanel"));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setAcceptMode(QFileDialog::AcceptOpen);
     panel->setFileMode(QFileDialog::ExistingFile);
-    panel->setLabelText(QFileDialog::Accept, QStringLiteral("Choose"));
+    panel->setLabelText(QFileDialog::Accept, tr("Choose"));
     panel->setNameFilter(jobFileFilter());
     connect(panel, &QFileDialog::accepted, this, [this, panel] {
         const QList<QUrl> chosen = panel->selectedUrls();
@@ -230,6 +272,8 @@ void ContentView::showEvent(QShowEvent* event) {
         return;
     m_shown = true;
     m_model.discover();
+    // The restored selection shows the status it was stored with, which may be long past.
+    m_model.checkSelectedMachine();
     Q_EMIT firstShown();
 }
 
@@ -246,6 +290,18 @@ void ContentView::dropEvent(QDropEvent* event) {
     chooseJobFile(*url);
 }
 
+void ContentView::keyPressEvent(QKeyEvent* event) {
+    // "Review Upload" is the window's default button: Return reaches it from anywhere but a
+    // text field, whose Return belongs to the field.
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (enter && plain && !qobject_cast<QLineEdit*>(QApplication::focusWidget())) {
+        m_model.prepareUpload();
+        return;
+    }
+    QMainWindow::keyPressEvent(event);
+}
+
 void ContentView::showErrorAlert() {
     const auto& message = m_model.errorMessage();
     if (!message) {
@@ -253,18 +309,21 @@ void ContentView::showErrorAlert() {
             m_errorAlert->close();
         return;
     }
-    const QString text = message->isEmpty() ? QStringLiteral("Unknown error") : *message;
+    const QString text = message->isEmpty() ? tr("Unknown error") : *message;
+    // The user's own cancel is news, not a warning.
+    const QMessageBox::Icon icon = *message == Error(UploadError::cancelled()).description()
+                                       ? QMessageBox::Information
+                                       : QMessageBox::Warning;
     if (m_errorAlert) {
-        setAlertText(m_errorAlert, QStringLiteral("Tarnwick"), text);
+        setAlertText(m_errorAlert, tr("Tarnwick"), text, icon);
         return;
     }
     auto* alert = new QMessageBox(this);
-    alert->setIcon(QMessageBox::Warning);
-    setAlertText(alert, QStringLiteral("Tarnwick"), text);
+    setAlertText(alert, tr("Tarnwick"), text, icon);
     alert->setObjectName(QStringLiteral("errorAlert"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);
-    QPushButton* ok = alert->addButton(QStringLiteral("OK"), QMessageBox::RejectRole);
+    QPushButton* ok = alert->addButton(tr("OK"), QMessageBox::RejectRole);
     alert->setDefaultButton(ok);
     alert->setEscapeButton(ok);
     connect(alert, &QMessageBox::finished, this, [this] {
@@ -309,19 +368,18 @@ void ContentView::closeEvent(QCloseEvent* event) {
 void ContentView::askToStopUpload() {
     if (m_stopQuestion || m_closeAfterUpload)
         return;
-    auto* question =
-        new QMessageBox(QMessageBox::Question, QStringLiteral("Tarnwick"),
-                        QStringLiteral("An upload is still running."), QMessageBox::NoButton, this);
+    auto* question = new QMessageBox(this);
     question->setObjectName(QStringLiteral("stopUploadQuestion"));
-    question->setInformativeText(
-        QStringLiteral("Closing Tarnwick cancels the upload on the machine."));
+    question->setWindowTitle(tr("Tarnwick"));
+    question->setIcon(QMessageBox::Question);
+    question->setText(tr("An upload is still running."));
+    question->setInformativeText(tr("Closing Tarnwick cancels the upload on the machine."));
     question->setAttribute(Qt::WA_DeleteOnClose);
     question->setWindowModality(Qt::WindowModal);
     QPushButton* stop =
-        question->addButton(QStringLiteral("Cancel Upload and Quit"), QMessageBox::DestructiveRole);
+        question->addButton(tr("Cancel Upload and Quit"), QMessageBox::DestructiveRole);
     stop->setObjectName(QStringLiteral("stopAndQuitButton"));
-    QPushButton* keep =
-        question->addButton(QStringLiteral("Keep Uploading"), QMessageBox::RejectRole);
+    QPushButton* keep = question->addButton(tr("Keep Uploading"), QMessageBox::RejectRole);
     question->setDefaultButton(keep);
     question->setEscapeButton(keep);
     connect(question, &QMessageBox::finished, this, [this, question, stop] {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFileDialog>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
@@ -11,7 +12,9 @@ class AppModel;
 
 namespace tarnwick::ui {
 
+class RoundedPanel;
 class SectionBox;
+class TransferCard;
 class UploadConfirmationView;
 
 // The main window: machines in a sidebar, and destination, job file, transfer and recent files
@@ -42,13 +45,17 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QWidget* makeDetailColumn();
     QWidget* makeHeader();
     QWidget* makeSafetyBanner();
+    QWidget* makeNoticeBar();
 
     void showTransferSection();
+    void showNotice();
+    void askForAttention();
     void showErrorAlert();
     void showConfirmationSheet();
     void askToStopUpload();
@@ -59,6 +66,9 @@ private:
     bool m_closeAfterUpload = false;
     bool m_closeRegardless = false;
     SectionBox* m_transferSection = nullptr;
+    TransferCard* m_transferCard = nullptr;
+    RoundedPanel* m_noticeBar = nullptr;
+    QLabel* m_noticeText = nullptr;
     QPointer<QMessageBox> m_errorAlert;
     QPointer<UploadConfirmationView> m_sheet;
     QPointer<QFileDialog> m_filePanel;

@@ -1,6 +1,7 @@
 #include "ui/DestinationCard.h"
 
 #include "app/AppModel.h"
+#include "ui/ElidedLabel.h"
 #include "ui/EmptyState.h"
 #include "ui/Formatting.h"
 #include "ui/RoundedPanel.h"
@@ -10,6 +11,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tarnwick::ui {
@@ -37,12 +39,12 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
 
     auto* texts = new QVBoxLayout;
     texts->setSpacing(4);
-    m_name = new QLabel(m_machinePage);
+    m_name = new ElidedLabel(m_machinePage);
     m_name->setObjectName(QStringLiteral("destinationName"));
     m_name->setFont(style::font(style::TextStyle::Headline, this));
-    m_subtitle = new QLabel(m_machinePage);
+    m_subtitle = new ElidedLabel(m_machinePage);
     m_subtitle->setObjectName(QStringLiteral("destinationSubtitle"));
-    m_subtitle->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_subtitle->setCopyable(true);
     style::makeSecondary(m_subtitle);
     texts->addWidget(m_name);
     texts->addWidget(m_subtitle);
@@ -50,16 +52,22 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     m_badge = new StatusBadge(Machine::ConnectionStatus::Discovered, m_machinePage);
     m_badge->setObjectName(QStringLiteral("statusBadge"));
     row->addWidget(m_badge, 0, Qt::AlignVCenter);
+    // The stored status of a machine can be old news; the user can always ask again.
+    m_checkAgain = new QPushButton(tr("Check Again"), m_machinePage);
+    m_checkAgain->setObjectName(QStringLiteral("checkAgainButton"));
+    m_checkAgain->setToolTip(tr("Check whether the machine answers"));
+    connect(m_checkAgain, &QPushButton::clicked, &m_model, &AppModel::checkSelectedMachine);
+    row->addWidget(m_checkAgain, 0, Qt::AlignVCenter);
     layout->addWidget(m_machinePage);
 
-    m_emptyPage = makeEmptyState(QStringLiteral("Choose a destination"), QStringLiteral("wifi"),
-                                 QStringLiteral("Select a discovered machine or enter its IP "
-                                                "address."),
-                                 this);
+    m_emptyPage = makeEmptyState(tr("Choose a destination"), QStringLiteral("wifi"),
+                                 tr("Select a discovered machine or enter its IP address."), this);
     m_emptyPage->setObjectName(QStringLiteral("destinationEmpty"));
     layout->addWidget(m_emptyPage);
 
     connect(&m_model, &AppModel::selectedMachineChanged, this, &DestinationCard::showSelection);
+    connect(&m_model, &AppModel::isCheckingConnectionChanged, this,
+            &DestinationCard::showSelection);
     showSelection();
 }
 
@@ -69,9 +77,10 @@ void DestinationCard::showSelection() {
     m_emptyPage->setVisible(!machine);
     if (!machine)
         return;
-    m_name->setText(machine->name);
-    m_subtitle->setText(machineSubtitle(*machine));
+    m_name->setFullText(machine->name);
+    m_subtitle->setFullText(machineSubtitle(*machine));
     m_badge->setStatus(machine->status);
+    m_checkAgain->setEnabled(!m_model.isCheckingConnection());
 }
 
 } // namespace tarnwick::ui

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class QLabel;
+class QPushButton;
 
 namespace tarnwick {
 class AppModel;
@@ -10,6 +10,7 @@ class AppModel;
 
 namespace tarnwick::ui {
 
+class ElidedLabel;
 class StatusBadge;
 
 // The selected machine with its status, or the prompt to choose one.
@@ -25,9 +26,10 @@ private:
     AppModel& m_model;
     QWidget* m_machinePage;
     QWidget* m_emptyPage;
-    QLabel* m_name;
-    QLabel* m_subtitle;
+    ElidedLabel* m_name;
+    ElidedLabel* m_subtitle;
     StatusBadge* m_badge;
+    QPushButton* m_checkAgain;
 };
 
 } // namespace tarnwick::ui

@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "ui/Divider.h"
+#include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
 #include "ui/Icons.h"
 #include "ui/Style.h"
@@ -30,17 +31,18 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
                                        [](const QWidget*) { return style::orange(); }));
     auto* texts = new QVBoxLayout;
     texts->setSpacing(3);
-    m_name = new QLabel(m_filePage);
+    m_name = new ElidedLabel(m_filePage);
     m_name->setObjectName(QStringLiteral("fileName"));
     m_name->setFont(style::font(style::TextStyle::Headline, this));
-    m_name->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_name->setCopyable(true);
     m_size = new QLabel(m_filePage);
     m_size->setObjectName(QStringLiteral("fileSize"));
     style::makeSecondary(m_size);
     texts->addWidget(m_name);
     texts->addWidget(m_size);
     fileRow->addLayout(texts, 1);
-    auto* another = new QPushButton(QStringLiteral("Choose Another\u2026"), m_filePage);
+    auto* another = new QPushButton(tr("Choose Another\u2026"), m_filePage);
+    m_anotherButton = another;
     another->setObjectName(QStringLiteral("chooseAnotherButton"));
     connect(another, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
     fileRow->addWidget(another, 0, Qt::AlignVCenter);
@@ -49,23 +51,23 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     page->addWidget(new Divider(m_filePage));
 
     auto* reviewRow = new QHBoxLayout;
-    auto* destination =
-        new QLabel(QStringLiteral("Sent uncompressed to /sd/gcodes on the machine"), m_filePage);
+    auto* destination = new QLabel(
+        tr("Sent uncompressed to %1 on the machine").arg(QStringLiteral("/sd/gcodes")), m_filePage);
+    destination->setWordWrap(true);
     destination->setObjectName(QStringLiteral("remoteFolderNote"));
     destination->setFont(style::font(style::TextStyle::Callout, this));
     style::makeSecondary(destination);
     reviewRow->addWidget(destination, 1);
-    m_reviewButton = new QPushButton(QStringLiteral("Review Upload"), m_filePage);
+    m_reviewButton = new QPushButton(tr("Review Upload"), m_filePage);
     m_reviewButton->setObjectName(QStringLiteral("reviewButton"));
-    m_reviewButton->setDefault(true);
+    style::makeProminent(m_reviewButton);
     connect(m_reviewButton, &QPushButton::clicked, &m_model, &AppModel::prepareUpload);
     reviewRow->addWidget(m_reviewButton);
     page->addLayout(reviewRow);
     layout->addWidget(m_filePage);
 
-    m_chooseButton =
-        new QPushButton(icons::icon(QStringLiteral("folder")),
-                        QStringLiteral("Choose an .nc, .cnc or .gcode file\u2026"), this);
+    m_chooseButton = new QPushButton(icons::icon(QStringLiteral("folder")),
+                                     tr("Choose an .nc, .cnc or .gcode file\u2026"), this);
     m_chooseButton->setObjectName(QStringLiteral("chooseFileButton"));
     m_chooseButton->setMinimumHeight(36);
     connect(m_chooseButton, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
@@ -79,13 +81,18 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
 
 void FileCard::showFile() {
     const auto& file = m_model.selectedFile();
+    // The button that chose the file goes away; the keyboard focus moves on to the next step
+    // instead of being lost with it.
+    const bool focusLeaves = file && window()->focusWidget() == m_chooseButton;
     if (file) {
-        m_name->setText(file->fileName());
+        m_name->setFullText(file->fileName());
         m_size->setText(byteCount(file->size));
     }
     m_filePage->setVisible(file.has_value());
     m_chooseButton->setVisible(!file);
     updateReviewButton();
+    if (focusLeaves)
+        (m_reviewButton->isEnabled() ? m_reviewButton : m_anotherButton)->setFocus();
 }
 
 void FileCard::updateReviewButton() {

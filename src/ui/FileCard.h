@@ -11,6 +11,8 @@ class AppModel;
 
 namespace tarnwick::ui {
 
+class ElidedLabel;
+
 // The chosen job file and the way on to the review, or the button that chooses a file.
 class FileCard : public QWidget {
     Q_OBJECT
@@ -28,9 +30,10 @@ private:
     AppModel& m_model;
     QWidget* m_filePage;
     QPushButton* m_chooseButton;
-    QLabel* m_name;
+    ElidedLabel* m_name;
     QLabel* m_size;
     QPushButton* m_reviewButton;
+    QPushButton* m_anotherButton;
 };
 
 } // namespace tarnwick::ui

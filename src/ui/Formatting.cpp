@@ -1,15 +1,27 @@
 #include "ui/Formatting.h"
 
+#include <QCoreApplication>
+
 #include <array>
 #include <cmath>
 #include <limits>
 
 namespace tarnwick::ui {
 
+namespace {
+
+QString translated(const char* source) {
+    return QCoreApplication::translate("tarnwick::ui::Formatting", source);
+}
+
+} // namespace
+
 QString byteCount(qint64 bytes, const QLocale& locale) {
-    if (bytes > -1000 && bytes < 1000)
-        return locale.toString(bytes) +
-               (bytes == 1 || bytes == -1 ? QStringLiteral(" byte") : QStringLiteral(" bytes"));
+    if (bytes > -1000 && bytes < 1000) {
+        //: A byte count below one kilobyte; %1 is the number.
+        return (bytes == 1 || bytes == -1 ? translated("%1 byte") : translated("%1 bytes"))
+            .arg(locale.toString(bytes));
+    }
     static const std::array<const char*, 6> units{"kB", "MB", "GB", "TB", "PB", "EB"};
     // Whole kilobytes; from megabytes up one decimal while the number has fewer than three
     // digits ("1.2 MB", "48.3 GB", "220 MB"). A value that would round up to 1000 moves on to
@@ -25,8 +37,10 @@ QString byteCount(qint64 bytes, const QLocale& locale) {
         value /= 1000;
         ++unit;
     }
-    return (bytes < 0 ? locale.negativeSign() : QString()) +
-           locale.toString(value, 'f', precision) + QLatin1Char(' ') + QLatin1String(units[unit]);
+    //: A byte count in a decimal unit: %1 is the number, %2 the unit such as "MB".
+    return translated("%1 %2").arg((bytes < 0 ? locale.negativeSign() : QString()) +
+                                       locale.toString(value, 'f', precision),
+                                   QLatin1String(units[unit]));
 }
 
 QString percentText(double fraction, const QLocale& locale) {
@@ -39,7 +53,8 @@ std::optional<QString> rateText(double bytesPerSecond, const QLocale& locale) {
     constexpr double limit = 9223372036854775808.0;
     if (!std::isfinite(bytesPerSecond) || bytesPerSecond <= 0 || bytesPerSecond >= limit)
         return std::nullopt;
-    return byteCount(static_cast<qint64>(bytesPerSecond), locale) + QStringLiteral("/s");
+    //: A transfer rate: %1 is a byte count such as "48 kB".
+    return translated("%1/s").arg(byteCount(static_cast<qint64>(bytesPerSecond), locale));
 }
 
 std::optional<QString> timeLeftText(const TransferProgress& progress) {
@@ -51,32 +66,39 @@ std::optional<QString> timeLeftText(const TransferProgress& progress) {
     if (!std::isfinite(seconds) || seconds > 360'000)
         return std::nullopt;
     if (seconds < 60)
-        return QStringLiteral("About %1 s left").arg(std::max(1, int(std::ceil(seconds))));
+        return translated("About %1 s left").arg(std::max(1, int(std::ceil(seconds))));
     const int minutes = int(std::ceil(seconds / 60));
     if (minutes < 60)
-        return QStringLiteral("About %1 min left").arg(minutes);
-    return QStringLiteral("About %1 h %2 min left").arg(minutes / 60).arg(minutes % 60);
+        return translated("About %1 min left").arg(minutes);
+    return translated("About %1 h %2 min left").arg(minutes / 60).arg(minutes % 60);
 }
 
 QString phaseTitle(TransferProgress::Phase phase) {
-    if (phase == TransferProgress::Phase::Completed)
-        return QStringLiteral("Upload complete");
-    const QString raw = rawValue(phase);
-    return raw.left(1).toUpper() + raw.mid(1);
+    switch (phase) {
+    case TransferProgress::Phase::Preparing:
+        return translated("Preparing");
+    case TransferProgress::Phase::Uploading:
+        return translated("Uploading");
+    case TransferProgress::Phase::Completed:
+        return translated("Upload complete");
+    case TransferProgress::Phase::Cancelled:
+        return translated("Cancelled");
+    }
+    return {};
 }
 
 QString statusWord(Machine::ConnectionStatus status) {
     switch (status) {
     case Machine::ConnectionStatus::Discovered:
-        return QStringLiteral("Available");
+        return translated("Available");
     case Machine::ConnectionStatus::Connecting:
-        return QStringLiteral("Connecting");
+        return translated("Connecting");
     case Machine::ConnectionStatus::Connected:
-        return QStringLiteral("Connected");
+        return translated("Connected");
     case Machine::ConnectionStatus::Busy:
-        return QStringLiteral("Busy");
+        return translated("Busy");
     case Machine::ConnectionStatus::Unavailable:
-        return QStringLiteral("Unavailable");
+        return translated("Unavailable");
     }
     return {};
 }
@@ -86,8 +108,9 @@ QString machineAddress(const Machine& machine) {
 }
 
 QString machineSubtitle(const Machine& machine) {
-    return machine.model.value_or(QStringLiteral("Model unknown")) + QStringLiteral(" \u00B7 ") +
-           machineAddress(machine);
+    //: The destination's model, a middle dot, and its address and port.
+    return translated("%1 \u00B7 %2")
+        .arg(machine.model.value_or(translated("Model unknown")), machineAddress(machine));
 }
 
 } // namespace tarnwick::ui

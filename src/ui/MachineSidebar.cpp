@@ -2,31 +2,23 @@
 
 #include "app/AppModel.h"
 #include "ui/Icons.h"
-#include "ui/MachineRow.h"
+#include "ui/MachineListModel.h"
+#include "ui/MachineRowDelegate.h"
 #include "ui/ManualEntryRules.h"
 #include "ui/Style.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 namespace tarnwick::ui {
-
-namespace {
-
-const QString noMachinesText = QStringLiteral(
-    "No machine answered the scan.\n\n"
-    "This usually means that the system does not allow Tarnwick to use the local network, that "
-    "a firewall blocks UDP port 3333, or that the machine is on another subnet or reached "
-    "through a VPN.\n\n"
-    "Use \u201CEnter IP address\u201D below to add the machine by its address.");
-
-} // namespace
 
 MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     : QWidget(parent)
@@ -38,9 +30,15 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
 
     layout->addWidget(makeTitleRow());
 
-    m_list = new QListWidget(this);
+    m_machines = new MachineListModel(m_model, this);
+    m_list = new QListView(this);
     m_list->setObjectName(QStringLiteral("machineList"));
+    m_list->setAccessibleName(tr("Machines"));
+    m_list->setModel(m_machines);
+    m_list->setItemDelegate(new MachineRowDelegate(m_list));
+    m_list->setUniformItemSizes(true);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_list->viewport()->installEventFilter(this);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // A tinted selection keeps the rows' own colours (status dot, secondary address) legible.
@@ -52,7 +50,13 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
                              listPalette.color(QPalette::WindowText));
     }
     m_list->setPalette(listPalette);
-    m_emptyHint = new QLabel(noMachinesText, this);
+    m_emptyHint = new QLabel(
+        tr("No machine answered the scan.\n\n"
+           "This usually means that the system does not allow Tarnwick to use the local "
+           "network, that a firewall blocks UDP port 3333, or that the machine is on another "
+           "subnet or reached through a VPN.\n\n"
+           "Use \u201CEnter IP address\u201D below to add the machine by its address."),
+        this);
     m_emptyHint->setObjectName(QStringLiteral("noMachinesHint"));
     m_emptyHint->setWordWrap(true);
     m_emptyHint->setAlignment(Qt::AlignTop | Qt::AlignLeft);
@@ -64,14 +68,30 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     m_listArea->addWidget(m_emptyHint);
     layout->addWidget(m_listArea, 1);
 
+    m_limitNote = new QLabel(tr("Stopped listing more: the scan heard more than %n machines.",
+                                nullptr, AppModel::maximumListedMachines),
+                             this);
+    m_limitNote->setObjectName(QStringLiteral("listLimitNote"));
+    m_limitNote->setWordWrap(true);
+    m_limitNote->setContentsMargins(18, 6, 18, 6);
+    m_limitNote->setFont(style::font(style::TextStyle::Caption, this));
+    style::setTextColor(m_limitNote, style::orange());
+    layout->addWidget(m_limitNote);
+
     layout->addWidget(makeManualEntry());
 
-    connect(m_list, &QListWidget::itemSelectionChanged, this, &MachineSidebar::takeListSelection);
-    connect(&m_model, &AppModel::machinesChanged, this, &MachineSidebar::showMachines);
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &MachineSidebar::takeListSelection);
+    connect(m_list, &QListView::clicked, this, &MachineSidebar::checkAgainOnClick);
+    // The list model follows the machines first (it connected first); the selection then.
+    connect(&m_model, &AppModel::machinesChanged, this, &MachineSidebar::showSelection);
+    connect(&m_model, &AppModel::machinesChanged, this, &MachineSidebar::showScanState);
     connect(&m_model, &AppModel::selectedMachineChanged, this, &MachineSidebar::showSelection);
     connect(&m_model, &AppModel::isDiscoveringChanged, this, &MachineSidebar::showScanState);
-    showMachines();
+    connect(&m_model, &AppModel::isMachineListFullChanged, this, &MachineSidebar::showListLimit);
+    showSelection();
     showScanState();
+    showListLimit();
 }
 
 QWidget* MachineSidebar::makeTitleRow() {
@@ -81,9 +101,9 @@ QWidget* MachineSidebar::makeTitleRow() {
 
     auto* titles = new QVBoxLayout;
     titles->setSpacing(1);
-    auto* title = new QLabel(QStringLiteral("Machines"), row);
+    auto* title = new QLabel(tr("Machines"), row);
     title->setFont(style::font(style::TextStyle::Title2, row));
-    auto* caption = new QLabel(QStringLiteral("Local network"), row);
+    auto* caption = new QLabel(tr("Local network"), row);
     caption->setFont(style::font(style::TextStyle::Caption, row));
     style::makeSecondary(caption);
     titles->addWidget(title);
@@ -95,8 +115,8 @@ QWidget* MachineSidebar::makeTitleRow() {
     m_scanButton->setObjectName(QStringLiteral("scanButton"));
     m_scanButton->setAutoRaise(true);
     m_scanButton->setIconSize(QSize(18, 18));
-    m_scanButton->setToolTip(QStringLiteral("Scan for Makera machines"));
-    m_scanButton->setAccessibleName(QStringLiteral("Scan for Makera machines"));
+    m_scanButton->setToolTip(tr("Scan for Makera machines"));
+    m_scanButton->setAccessibleName(tr("Scan for Makera machines"));
     connect(m_scanButton, &QToolButton::clicked, &m_model, &AppModel::discover);
     layout->addWidget(m_scanButton, 0, Qt::AlignVCenter);
     return row;
@@ -111,8 +131,8 @@ QWidget* MachineSidebar::makeManualEntry() {
     layout->setContentsMargins(16, 16, 16, 16);
     layout->setSpacing(10);
 
-    m_enterButton = new QPushButton(icons::icon(QStringLiteral("plus")),
-                                    QStringLiteral("Enter IP address"), area);
+    m_enterButton =
+        new QPushButton(icons::icon(QStringLiteral("plus")), tr("Enter IP address"), area);
     m_enterButton->setObjectName(QStringLiteral("enterAddressButton"));
     connect(m_enterButton, &QPushButton::clicked, this, [this] { setShowingManualEntry(true); });
     layout->addWidget(m_enterButton);
@@ -123,24 +143,26 @@ QWidget* MachineSidebar::makeManualEntry() {
     fields->setSpacing(10);
     m_addressField = new QLineEdit(m_entryFields);
     m_addressField->setObjectName(QStringLiteral("addressField"));
-    m_addressField->setPlaceholderText(QStringLiteral("IP address"));
+    m_addressField->setPlaceholderText(tr("IP address"));
+    m_addressField->setAccessibleName(tr("IP address"));
     m_addressField->setClearButtonEnabled(true);
     fields->addWidget(m_addressField);
 
     auto* lastLine = new QHBoxLayout;
     m_portField = new QLineEdit(QString::number(defaultMachinePort), m_entryFields);
     m_portField->setObjectName(QStringLiteral("portField"));
-    m_portField->setPlaceholderText(QStringLiteral("Port"));
+    m_portField->setPlaceholderText(tr("Port"));
+    m_portField->setAccessibleName(tr("Port"));
     m_portField->setFixedWidth(80);
     lastLine->addWidget(m_portField);
     lastLine->addStretch();
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), m_entryFields);
+    auto* cancel = new QPushButton(tr("Cancel"), m_entryFields);
     cancel->setObjectName(QStringLiteral("cancelEntryButton"));
     connect(cancel, &QPushButton::clicked, this, [this] { setShowingManualEntry(false); });
     lastLine->addWidget(cancel);
-    m_addButton = new QPushButton(QStringLiteral("Add"), m_entryFields);
+    m_addButton = new QPushButton(tr("Add"), m_entryFields);
     m_addButton->setObjectName(QStringLiteral("addButton"));
-    m_addButton->setDefault(true);
+    style::makeProminent(m_addButton);
     connect(m_addButton, &QPushButton::clicked, this, &MachineSidebar::addManualMachine);
     lastLine->addWidget(m_addButton);
     fields->addLayout(lastLine);
@@ -148,53 +170,68 @@ QWidget* MachineSidebar::makeManualEntry() {
 
     connect(m_addressField, &QLineEdit::textChanged, this, &MachineSidebar::updateAddButton);
     connect(m_portField, &QLineEdit::textChanged, this, &MachineSidebar::updateAddButton);
-    connect(m_addressField, &QLineEdit::returnPressed, m_addButton, &QPushButton::click);
-    connect(m_portField, &QLineEdit::returnPressed, m_addButton, &QPushButton::click);
+    // Return in a field adds the machine and goes no further: the window's own Return is
+    // for reviewing the upload.
+    m_addressField->installEventFilter(this);
+    m_portField->installEventFilter(this);
     updateAddButton();
     setShowingManualEntry(false);
     return area;
 }
 
-void MachineSidebar::showMachines() {
-    const QSignalBlocker blocker(m_list);
-    m_list->clear();
-    for (const Machine& machine : m_model.machines()) {
-        auto* item = new QListWidgetItem(m_list);
-        item->setData(Qt::AccessibleTextRole, machine.name);
-        auto* row = new MachineRow(machine);
-        item->setSizeHint(row->sizeHint());
-        m_list->setItemWidget(item, row);
-    }
-    showSelection();
-    showScanState();
-}
-
 void MachineSidebar::showSelection() {
-    const QSignalBlocker blocker(m_list);
     const auto& selected = m_model.selectedMachine();
-    const QList<Machine>& machines = m_model.machines();
-    for (int i = 0; i < machines.size(); ++i) {
-        if (selected && machines[i].id() == selected->id()) {
-            m_list->setCurrentRow(i, QItemSelectionModel::ClearAndSelect);
-            return;
-        }
-    }
-    m_list->clearSelection();
+    const int row = selected ? m_machines->row(selected->id()) : -1;
+    m_showingSelection = true;
+    if (row >= 0)
+        m_list->selectionModel()->setCurrentIndex(m_machines->index(row),
+                                                  QItemSelectionModel::ClearAndSelect);
+    else
+        m_list->clearSelection();
+    m_showingSelection = false;
 }
 
 void MachineSidebar::takeListSelection() {
-    const QList<QListWidgetItem*> items = m_list->selectedItems();
-    const int row = items.isEmpty() ? -1 : m_list->row(items.first());
-    if (row < 0 || row >= m_model.machines().size()) {
+    if (m_showingSelection)
+        return;
+    const QModelIndexList rows = m_list->selectionModel()->selectedRows();
+    if (rows.isEmpty()) {
         // The list lost its selection (a click on empty space): the model's selection stays.
         showSelection();
         return;
     }
-    // Selecting rebuilds the rows, and the click that caused this is still being delivered to
-    // one of them: let it finish first.
-    const Machine machine = m_model.machines()[row];
-    QMetaObject::invokeMethod(
-        this, [this, machine] { m_model.selectMachine(machine); }, Qt::QueuedConnection);
+    const Machine& machine = m_machines->machine(rows.first().row());
+    const auto& selected = m_model.selectedMachine();
+    if (!selected || selected->id() != machine.id())
+        m_model.selectMachine(machine);
+}
+
+bool MachineSidebar::eventFilter(QObject* watched, QEvent* event) {
+    if ((watched == m_addressField || watched == m_portField) &&
+        event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            addManualMachine();
+            return true;
+        }
+    }
+    if (watched == m_list->viewport() && event->type() == QEvent::MouseButtonPress) {
+        const auto& selected = m_model.selectedMachine();
+        m_selectedBeforePress = selected ? selected->id() : QString();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void MachineSidebar::checkAgainOnClick(const QModelIndex& index) {
+    // A click on the machine that was already selected is the user asking whether it is
+    // still there; a click that selects a machine has started its check already.
+    if (index.data(MachineListModel::IdRole).toString() == m_selectedBeforePress &&
+        !m_model.isCheckingConnection())
+        m_model.checkSelectedMachine();
+}
+
+void MachineSidebar::showListLimit() {
+    m_limitNote->setVisible(m_model.isMachineListFull());
 }
 
 void MachineSidebar::showScanState() {
@@ -211,10 +248,13 @@ void MachineSidebar::showScanState() {
 }
 
 void MachineSidebar::setShowingManualEntry(bool showing) {
+    const bool fieldsHadFocus = m_entryFields->isAncestorOf(window()->focusWidget());
     m_enterButton->setVisible(!showing);
     m_entryFields->setVisible(showing);
     if (showing)
         m_addressField->setFocus();
+    else if (fieldsHadFocus)
+        m_enterButton->setFocus();
 }
 
 void MachineSidebar::updateAddButton() {
@@ -227,7 +267,7 @@ void MachineSidebar::addManualMachine() {
     const auto failure =
         m_model.addManualMachine(m_addressField->text(), portForManualEntry(m_portField->text()));
     if (failure)
-        m_model.setErrorMessage(QStringLiteral("Enter a valid IPv4 address and port."));
+        m_model.setErrorMessage(tr("Enter a valid IPv4 address and port."));
     else
         setShowingManualEntry(false);
 }

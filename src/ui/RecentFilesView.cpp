@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "ui/Divider.h"
+#include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
@@ -26,7 +27,8 @@ QPushButton* makeRow(const JobFile& file, QWidget* parent) {
     row->setContentsMargins(6, 8, 6, 8);
     row->setSpacing(10);
     auto* icon = new SymbolLabel(QStringLiteral("clock"), 14, style::secondaryText, button);
-    auto* name = new QLabel(file.fileName(), button);
+    auto* name = new ElidedLabel(button);
+    name->setFullText(file.fileName());
     name->setObjectName(QStringLiteral("recentFileName"));
     auto* size = new QLabel(byteCount(file.size), button);
     size->setObjectName(QStringLiteral("recentFileSize"));
@@ -35,7 +37,7 @@ QPushButton* makeRow(const JobFile& file, QWidget* parent) {
         part->setAttribute(Qt::WA_TransparentForMouseEvents);
         row->addWidget(part);
     }
-    row->insertStretch(2, 1);
+    row->setStretchFactor(name, 1);
     button->setMinimumHeight(row->sizeHint().height());
     return button;
 }
@@ -48,7 +50,7 @@ RecentFilesView::RecentFilesView(AppModel& model, QWidget* parent)
     setObjectName(QStringLiteral("recentFiles"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_emptyText = new QLabel(QStringLiteral("Files you choose will appear here."), this);
+    m_emptyText = new QLabel(tr("Files you choose will appear here."), this);
     m_emptyText->setObjectName(QStringLiteral("recentFilesEmpty"));
     m_emptyText->setContentsMargins(8, 8, 8, 8);
     style::makeSecondary(m_emptyText);

@@ -12,23 +12,24 @@
 namespace tarnwick::ui {
 
 QString SettingsView::explanation(const QString& updateHost) {
-    return QStringLiteral("At launch, Tarnwick asks ") + updateHost +
-           QStringLiteral("/quorle whether a newer version is available. The request carries a "
-                          "random install identifier used only to count installs \u2014 nothing "
-                          "about you or your files is sent.");
+    //: %1 is the update host, such as "tarnwick.app".
+    return tr("At launch, Tarnwick asks %1/quorle whether a newer version is available. The "
+              "request carries a random install identifier used only to count installs \u2014 "
+              "nothing about you or your files is sent.")
+        .arg(updateHost);
 }
 
 SettingsView::SettingsView(std::unique_ptr<QSettings> store, QWidget* parent)
     : QWidget(parent, Qt::Window)
     , m_store(store ? std::move(store) : openStandardStore()) {
     setObjectName(QStringLiteral("settingsView"));
-    setWindowTitle(QStringLiteral("Settings"));
+    setWindowTitle(tr("Settings"));
     setAttribute(Qt::WA_QuitOnClose, false);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 20, 20, 20);
     layout->setSpacing(8);
-    m_switch = new ToggleSwitch(QStringLiteral("Check for updates automatically"), this);
+    m_switch = new ToggleSwitch(tr("Check for updates automatically"), this);
     m_switch->setObjectName(QStringLiteral("automaticChecksSwitch"));
     m_switch->setChecked(settings::automaticUpdateChecks(*m_store));
     connect(m_switch, &ToggleSwitch::toggled, this,

@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPalette>
+#include <QPushButton>
 #include <QWidget>
 
 namespace tarnwick::ui::style {
@@ -86,6 +87,8 @@ QFont font(TextStyle textStyle, const QWidget* widget) {
 
 QFont monospaced(TextStyle textStyle, const QWidget* widget) {
     QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // Where the system's fixed font is not one, the hint still picks a monospaced face.
+    mono.setStyleHint(QFont::Monospace);
     mono.setPointSizeF(font(textStyle, widget).pointSizeF());
     return mono;
 }
@@ -106,6 +109,18 @@ void setTextColor(QWidget* widget, const QColor& color) {
     palette.setColor(QPalette::WindowText, color);
     palette.setColor(QPalette::Text, color);
     widget->setPalette(palette);
+}
+
+void makeProminent(QPushButton* button) {
+    button->setDefault(true);
+    button->setProperty("prominent", true);
+    QPalette palette = button->palette();
+    const QColor fill = accent(button);
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        palette.setColor(group, QPalette::Button, fill);
+        palette.setColor(group, QPalette::ButtonText, Qt::white);
+    }
+    button->setPalette(palette);
 }
 
 void makeSecondary(QLabel* label) {

@@ -7,6 +7,7 @@
 
 class QWidget;
 class QLabel;
+class QPushButton;
 
 namespace tarnwick::ui {
 
@@ -38,6 +39,8 @@ QFont rounded(QFont font);
 
 void makeSecondary(QLabel* label);
 void setTextColor(QWidget* widget, const QColor& color);
+// The main action of a window or sheet: filled with the accent colour so that it stands out.
+void makeProminent(QPushButton* button);
 
 } // namespace style
 } // namespace tarnwick::ui

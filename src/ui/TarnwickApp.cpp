@@ -41,31 +41,31 @@ TarnwickApp::~TarnwickApp() {
 void TarnwickApp::buildMenus() {
     QMenuBar* bar = m_window->menuBar();
 
-    QMenu* file = bar->addMenu(QStringLiteral("&File"));
-    QAction* choose = file->addAction(QStringLiteral("Choose Job File\u2026"));
+    QMenu* file = bar->addMenu(tr("&File"));
+    QAction* choose = file->addAction(tr("Choose Job File\u2026"));
     choose->setObjectName(QStringLiteral("chooseJobFileAction"));
     choose->setShortcut(QKeySequence::Open);
     connect(choose, &QAction::triggered, this, &TarnwickApp::chooseJobFile);
     file->addSeparator();
-    QAction* settings = file->addAction(QStringLiteral("Settings\u2026"));
+    QAction* settings = file->addAction(tr("Settings\u2026"));
     settings->setObjectName(QStringLiteral("settingsAction"));
     settings->setMenuRole(QAction::PreferencesRole);
     settings->setShortcut(QKeySequence::Preferences);
     connect(settings, &QAction::triggered, this, &TarnwickApp::showSettings);
     file->addSeparator();
-    QAction* quitAction = file->addAction(QStringLiteral("Quit"));
+    QAction* quitAction = file->addAction(tr("Quit"));
     quitAction->setObjectName(QStringLiteral("quitAction"));
     quitAction->setMenuRole(QAction::QuitRole);
     quitAction->setShortcut(QKeySequence::Quit);
     connect(quitAction, &QAction::triggered, this, &TarnwickApp::quit);
 
     // On macOS the roles move these two into the application menu.
-    QMenu* help = bar->addMenu(QStringLiteral("&Help"));
-    QAction* about = help->addAction(QStringLiteral("About Tarnwick"));
+    QMenu* help = bar->addMenu(tr("&Help"));
+    QAction* about = help->addAction(tr("About Tarnwick"));
     about->setObjectName(QStringLiteral("aboutAction"));
     about->setMenuRole(QAction::AboutRole);
     connect(about, &QAction::triggered, this, &TarnwickApp::showAbout);
-    m_checkForUpdates = help->addAction(QStringLiteral("Check for Updates\u2026"));
+    m_checkForUpdates = help->addAction(tr("Check for Updates\u2026"));
     m_checkForUpdates->setObjectName(QStringLiteral("checkForUpdatesAction"));
     m_checkForUpdates->setMenuRole(QAction::ApplicationSpecificRole);
     connect(m_checkForUpdates, &QAction::triggered, this, [this] { m_checker->check(true); });
@@ -113,6 +113,13 @@ void TarnwickApp::showAbout() {
 void TarnwickApp::showSettings() {
     if (!m_settings)
         m_settings = std::make_unique<SettingsView>(m_openStore());
+    if (!m_settings->isVisible()) {
+        // Beside the window it was asked from, not wherever the window system puts new ones.
+        m_settings->adjustSize();
+        QRect frame = m_settings->frameGeometry();
+        frame.moveCenter(m_window->frameGeometry().center());
+        m_settings->move(frame.topLeft());
+    }
     m_settings->show();
     m_settings->raise();
     m_settings->activateWindow();

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class QLabel;
 class QProgressBar;
 class QPushButton;
@@ -12,24 +14,42 @@ class AppModel;
 
 namespace tarnwick::ui {
 
-// The running or last transfer: phase, percentage, bar, byte counts, rate, time left, cancel.
+class ElidedLabel;
+class SymbolLabel;
+
+// The running or last transfer: what goes where, phase, percentage, bar, byte counts, rate, time
+// left and cancel; how a failed upload ended, until the next one starts.
 class TransferCard : public QWidget {
     Q_OBJECT
 
 public:
     explicit TransferCard(AppModel& model, QWidget* parent = nullptr);
 
+    // Whether there is anything to show: a check of the file, a transfer or its failure.
+    bool hasContent() const;
+
+Q_SIGNALS:
+    void hasContentChanged();
+
 private:
+    void followUpload();
     void showProgress();
+    void showChecking(double fraction);
 
     AppModel& m_model;
+    QString m_fileName;
+    QString m_machineName;
+    std::optional<QString> m_failure;
+    SymbolLabel* m_failureIcon;
     QLabel* m_title;
     QLabel* m_percent;
+    ElidedLabel* m_subject;
     QProgressBar* m_bar;
     QLabel* m_bytes;
     QLabel* m_rate;
     QLabel* m_timeLeft;
     QPushButton* m_cancel;
+    QLabel* m_failureText;
 };
 
 } // namespace tarnwick::ui

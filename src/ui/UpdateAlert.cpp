@@ -49,15 +49,14 @@ void UpdateAlert::showOutcome() {
     alert->setObjectName(QStringLiteral("updateAlert"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);
-    alert->setIcon(content.downloadUrl ? QMessageBox::Information : QMessageBox::NoIcon);
-    setAlertText(alert, content.title, content.message);
+    setAlertText(alert, content.title, content.message, content.icon);
     QPushButton* download = nullptr;
     if (content.downloadUrl) {
-        download = alert->addButton(QStringLiteral("Download"), QMessageBox::AcceptRole);
+        download = alert->addButton(tr("Download"), QMessageBox::AcceptRole);
         download->setObjectName(QStringLiteral("downloadButton"));
     }
-    QPushButton* dismiss = alert->addButton(content.dismissButton.value_or(QStringLiteral("OK")),
-                                            QMessageBox::RejectRole);
+    QPushButton* dismiss =
+        alert->addButton(content.dismissButton.value_or(tr("OK")), QMessageBox::RejectRole);
     alert->setDefaultButton(download ? download : dismiss);
     alert->setEscapeButton(dismiss);
     connect(alert, &QMessageBox::finished, this, [this, alert, download, content] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMessageBox>
 #include <QString>
 #include <QUrl>
 
@@ -16,6 +17,7 @@ struct UpdateAlertContent {
     // The button that dismisses the alert: "Later" beside "Download", else "OK"; none while
     // the alert closes without a result.
     std::optional<QString> dismissButton;
+    QMessageBox::Icon icon;
 
     friend bool operator==(const UpdateAlertContent&, const UpdateAlertContent&) = default;
 };

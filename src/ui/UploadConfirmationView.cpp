@@ -1,6 +1,7 @@
 #include "ui/UploadConfirmationView.h"
 
 #include "app/AppModel.h"
+#include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
 #include "ui/RoundedPanel.h"
 #include "ui/Style.h"
@@ -19,15 +20,17 @@ namespace {
 
 const QString absent = QStringLiteral("\u2014");
 
-QLabel* addDetailRow(QGridLayout* grid, const QString& label, const QString& objectName,
-                     const QFont& valueFont, QWidget* parent) {
+ElidedLabel* addDetailRow(QGridLayout* grid, const QString& label, const QString& objectName,
+                          const QFont& valueFont, QWidget* parent) {
     const int row = grid->rowCount();
     auto* caption = new QLabel(label, parent);
     style::makeSecondary(caption);
-    auto* value = new QLabel(parent);
+    caption->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Preferred);
+    auto* value = new ElidedLabel(parent);
     value->setObjectName(objectName);
     value->setFont(valueFont);
-    value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    value->setCopyable(true);
+    caption->setBuddy(value);
     grid->addWidget(caption, row, 0);
     grid->addWidget(value, row, 1);
     return value;
@@ -39,7 +42,7 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
     : QDialog(parent)
     , m_model(model) {
     setObjectName(QStringLiteral("uploadConfirmation"));
-    setWindowTitle(QStringLiteral("Confirm upload"));
+    setWindowTitle(tr("Confirm upload"));
     setWindowModality(Qt::WindowModal);
 #ifdef Q_OS_MACOS
     setWindowFlag(Qt::Sheet);
@@ -56,14 +59,14 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    auto* cancel = new QPushButton(tr("Cancel"), this);
     cancel->setObjectName(QStringLiteral("cancelButton"));
     cancel->setAutoDefault(false);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     buttons->addWidget(cancel);
-    m_uploadButton = new QPushButton(QStringLiteral("Upload"), this);
+    m_uploadButton = new QPushButton(tr("Upload"), this);
     m_uploadButton->setObjectName(QStringLiteral("uploadButton"));
-    m_uploadButton->setDefault(true);
+    style::makeProminent(m_uploadButton);
     connect(m_uploadButton, &QPushButton::clicked, this,
             [this] { m_model.upload(m_duplicateConfirmed); });
     buttons->addWidget(m_uploadButton);
@@ -83,11 +86,11 @@ QWidget* UploadConfirmationView::makeTitleRow() {
                       Qt::AlignTop);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(2);
-    auto* title = new QLabel(QStringLiteral("Confirm upload"), row);
+    auto* title = new QLabel(tr("Confirm upload"), row);
     title->setObjectName(QStringLiteral("sheetTitle"));
     title->setFont(style::font(style::TextStyle::Title2, row));
-    auto* note =
-        new QLabel(QStringLiteral("This sends the file only. It will not start a job."), row);
+    auto* note = new QLabel(tr("This sends the file only. It will not start a job."), row);
+    note->setWordWrap(true);
     note->setObjectName(QStringLiteral("sheetNote"));
     style::makeSecondary(note);
     texts->addWidget(title);
@@ -112,16 +115,14 @@ QWidget* UploadConfirmationView::makeDetails() {
     QFont medium = style::font(style::TextStyle::Body, this);
     medium.setWeight(QFont::Medium);
     const QFont mono = style::monospaced(style::TextStyle::Body, this);
-    m_destination = addDetailRow(grid, QStringLiteral("Destination"),
-                                 QStringLiteral("destinationValue"), medium, panel);
-    m_address =
-        addDetailRow(grid, QStringLiteral("Address"), QStringLiteral("addressValue"), mono, panel);
-    m_fileName = addDetailRow(grid, QStringLiteral("Filename"), QStringLiteral("fileNameValue"),
-                              medium, panel);
-    m_size = addDetailRow(grid, QStringLiteral("Size"), QStringLiteral("sizeValue"),
+    m_destination =
+        addDetailRow(grid, tr("Destination"), QStringLiteral("destinationValue"), medium, panel);
+    m_address = addDetailRow(grid, tr("Address"), QStringLiteral("addressValue"), mono, panel);
+    m_fileName = addDetailRow(grid, tr("Filename"), QStringLiteral("fileNameValue"), medium, panel);
+    m_size = addDetailRow(grid, tr("Size"), QStringLiteral("sizeValue"),
                           style::font(style::TextStyle::Body, this), panel);
-    m_remotePath = addDetailRow(grid, QStringLiteral("Remote path"),
-                                QStringLiteral("remotePathValue"), mono, panel);
+    m_remotePath =
+        addDetailRow(grid, tr("Remote path"), QStringLiteral("remotePathValue"), mono, panel);
     return panel;
 }
 
@@ -137,15 +138,14 @@ QWidget* UploadConfirmationView::makeWarning() {
     line->addWidget(new SymbolLabel(QStringLiteral("exclamationmark.triangle.fill"), 16,
                                     [](const QWidget*) { return style::orange(); }),
                     0, Qt::AlignTop);
-    auto* text = new QLabel(
-        QStringLiteral("This exact file was uploaded to this machine in the last 24 hours."),
-        panel);
+    auto* text =
+        new QLabel(tr("This exact file was uploaded to this machine in the last 24 hours."), panel);
     text->setObjectName(QStringLiteral("duplicateText"));
     text->setWordWrap(true);
     style::setTextColor(text, style::orange());
     line->addWidget(text, 1);
     layout->addLayout(line);
-    m_uploadAgain = new ToggleSwitch(QStringLiteral("Upload it again"), panel);
+    m_uploadAgain = new ToggleSwitch(tr("Upload it again"), panel);
     m_uploadAgain->setObjectName(QStringLiteral("uploadAgainSwitch"));
     connect(m_uploadAgain, &ToggleSwitch::toggled, this, [this](bool on) {
         m_duplicateConfirmed = on;
@@ -158,11 +158,11 @@ QWidget* UploadConfirmationView::makeWarning() {
 void UploadConfirmationView::refresh() {
     const auto& machine = m_model.selectedMachine();
     const auto& file = m_model.selectedFile();
-    m_destination->setText(machine ? machine->name : absent);
-    m_address->setText(machine ? machineAddress(*machine) : absent);
-    m_fileName->setText(file ? file->fileName() : absent);
-    m_size->setText(file ? byteCount(file->size) : absent);
-    m_remotePath->setText(m_model.remotePath().value_or(absent));
+    m_destination->setFullText(machine ? machine->name : absent);
+    m_address->setFullText(machine ? machineAddress(*machine) : absent);
+    m_fileName->setFullText(file ? file->fileName() : absent);
+    m_size->setFullText(file ? byteCount(file->size) : absent);
+    m_remotePath->setFullText(m_model.remotePath().value_or(absent));
 
     const bool duplicate = m_model.isRecentDuplicate();
     m_warning->setVisible(duplicate);

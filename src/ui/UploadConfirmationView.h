@@ -11,6 +11,7 @@ class AppModel;
 
 namespace tarnwick::ui {
 
+class ElidedLabel;
 class ToggleSwitch;
 
 // The sheet that names destination, file and remote path before an upload, and asks for an
@@ -37,11 +38,11 @@ private:
 
     AppModel& m_model;
     bool m_duplicateConfirmed = false;
-    QLabel* m_destination = nullptr;
-    QLabel* m_address = nullptr;
-    QLabel* m_fileName = nullptr;
-    QLabel* m_size = nullptr;
-    QLabel* m_remotePath = nullptr;
+    ElidedLabel* m_destination = nullptr;
+    ElidedLabel* m_address = nullptr;
+    ElidedLabel* m_fileName = nullptr;
+    ElidedLabel* m_size = nullptr;
+    ElidedLabel* m_remotePath = nullptr;
     QWidget* m_warning = nullptr;
     ToggleSwitch* m_uploadAgain = nullptr;
     QPushButton* m_uploadButton = nullptr;

@@ -1,43 +1,37 @@
 #include "ui/ContentView.h"
 
 #include "UiHarness.h"
+#include "ui/ElidedLabel.h"
+#include "ui/MachineListModel.h"
 #include "ui/StatusBadge.h"
+#include "ui/ToggleSwitch.h"
 #include "ui/UploadConfirmationView.h"
 
+#include <QAccessible>
+#include <QClipboard>
 #include <QFileDialog>
-#include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QStackedWidget>
+#include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
-#include <QVBoxLayout>
 
 #include <limits>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-// Texts of the labels with the given name that the user can see, in layout order.
-QStringList visibleTexts(const QWidget* parent, const QString& objectName) {
-    QStringList texts;
-    for (const QLabel* label : parent->findChildren<QLabel*>(objectName))
-        if (label->isVisibleTo(parent->window()))
-            texts.append(label->text());
-    return texts;
-}
-
-QString shownText(const QWidget* parent, const QString& objectName) {
-    const QStringList texts = visibleTexts(parent, objectName);
-    return texts.size() == 1 ? texts.first() : QStringLiteral("<%1 shown>").arg(texts.size());
-}
+using Status = Machine::ConnectionStatus;
+using Phase = TransferProgress::Phase;
 
 void sendDrop(QWidget* target, const QUrl& url) {
     QMimeData data;
@@ -49,6 +43,24 @@ void sendDrop(QWidget* target, const QUrl& url) {
     QApplication::sendEvent(target, &drop);
 }
 
+// A key pressed where the keyboard focus is, as a user without a mouse presses it.
+void press(int key, Qt::KeyboardModifiers modifiers = {}) {
+    QWidget* focus = QApplication::focusWidget();
+    QVERIFY2(focus, "nothing has the keyboard focus");
+    QTest::keyClick(focus, Qt::Key(key), modifiers);
+}
+
+QString focusName() {
+    return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : QString();
+}
+
+// Tabs on until the named control has the focus, as far as a window's controls go.
+void tabTo(const char* name) {
+    for (int i = 0; i < 30 && focusName() != QLatin1String(name); ++i)
+        press(Qt::Key_Tab);
+    QCOMPARE(focusName(), QString::fromLatin1(name));
+}
+
 } // namespace
 
 class ContentViewTest : public QObject {
@@ -56,12 +68,27 @@ class ContentViewTest : public QObject {
 
     std::unique_ptr<UiHarness> h;
     std::unique_ptr<ContentView> window;
+    const Machine bench = UiHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
+    const PlatformError refused{PlatformError::Domain::Network, 1, u"Connection refused"_s};
 
     void showWindow() {
         window = std::make_unique<ContentView>(*h->model);
         window->resize(1000, 760);
         window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
+
+    template <typename T = QWidget>
+    T* find(const char* name) {
+        return child<T>(window.get(), QString::fromLatin1(name));
+    }
+    QString shown(const char* name) { return shownText(window.get(), QString::fromLatin1(name)); }
+    MachineListModel* listModel() {
+        return qobject_cast<MachineListModel*>(find<QListView>("machineList")->model());
+    }
+    QRect rowRect(int row) {
+        auto* list = find<QListView>("machineList");
+        return list->visualRect(list->model()->index(row, 0));
     }
 
     // A machine found by the first scan and selected, with the check finished.
@@ -72,12 +99,43 @@ class ContentViewTest : public QObject {
     }
 
     FakeUploader* startUpload(qint64 size = 1000) {
-        selectFoundMachine(
-            UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("10.0.0.7")));
-        h->model->chooseFile(h->jobFile(QStringLiteral("part.nc"), size));
+        selectFoundMachine(bench);
+        h->model->chooseFile(h->jobFile(u"part.nc"_s, size));
         h->model->prepareUpload();
         h->model->upload(false);
         return h->uploaders.last();
+    }
+
+    // What a window manager does when a dialog closes: the window below becomes active again.
+    void returnToWindow() {
+        QTRY_VERIFY(!QApplication::activeModalWidget());
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
+
+    void click(const char* name) { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
+
+    // The badge and the selected machine's dot in the sidebar say the same.
+    void expectStatus(Status status, int row = 0) {
+        QCOMPARE(find<StatusBadge>("statusBadge")->status(), status);
+        QCOMPARE(listModel()->index(row).data(MachineListModel::StatusRole).toInt(), int(status));
+    }
+
+    // The alert shows its title above the message, with an icon that fits the news.
+    void expectAlert(QMessageBox::Icon icon, const QString& message) {
+        QMessageBox* alert = errorAlert();
+        QVERIFY(alert);
+        QCOMPARE(alert->text(), u"Tarnwick"_s);
+        QCOMPARE(alert->informativeText(), message);
+        QCOMPARE(alert->icon(), icon);
+    }
+
+    QMessageBox* errorAlert() {
+        QMessageBox* alert = nullptr;
+        return QTest::qWaitFor(
+                   [&] { return (alert = visibleWindow<QMessageBox>(u"errorAlert"_s)) != nullptr; })
+                   ? alert
+                   : nullptr;
     }
 
 private Q_SLOTS:
@@ -93,374 +151,374 @@ private Q_SLOTS:
         h.reset();
     }
 
-    void firstShowScansOnceAndTheScanButtonFollowsTheScan() {
+    void firstShowScansOnceAndShowsTheEmptyStates() {
         QCOMPARE(h->discoverer->scans.size(), 1);
-        QCOMPARE(window->minimumSize(), QSize(900, 620));
-        auto* sidebar = child<QWidget>(window.get(), QStringLiteral("machineSidebar"));
-        QCOMPARE(sidebar->width(), 300);
-        QCOMPARE(sidebar->minimumWidth(), 260);
-        QCOMPARE(sidebar->maximumWidth(), 340);
-        QCOMPARE(child<QWidget>(window.get(), QStringLiteral("detailColumn"))->maximumWidth(), 820);
-        auto* scan = child<QToolButton>(window.get(), QStringLiteral("scanButton"));
-        QCOMPARE(scan->toolTip(), QStringLiteral("Scan for Makera machines"));
-        QVERIFY(scan->text().isEmpty());
-        QVERIFY(!scan->isEnabled());
-        QCOMPARE(scan->property("symbol").toString(),
-                 QStringLiteral("arrow.triangle.2.circlepath"));
-
+        auto* scan = find<QToolButton>("scanButton");
+        QCOMPARE(scan->toolTip(), u"Scan for Makera machines"_s);
+        QVERIFY(scan->text().isEmpty() && !scan->isEnabled());
+        QCOMPARE(scan->property("symbol").toString(), u"arrow.triangle.2.circlepath"_s);
+        QCOMPARE(shown("emptyTitle"), u"Choose a destination"_s);
+        QCOMPARE(shown("emptyDescription"),
+                 u"Select a discovered machine or enter its IP address."_s);
+        QCOMPARE(find<QPushButton>("chooseFileButton")->text(),
+                 u"Choose an .nc, .cnc or .gcode file\u2026"_s);
+        QCOMPARE(shown("recentFilesEmpty"), u"Files you choose will appear here."_s);
+        QVERIFY(!find("transferSection")->isVisible() && !find("noMachinesHint")->isVisible());
         window->hide();
         window->show();
         QCOMPARE(h->discoverer->scans.size(), 1);
-
+        // A scan that ends empty explains why.
         Q_EMIT h->discoverer->scans.last()->finished();
-        QVERIFY(scan->isEnabled());
-        QCOMPARE(scan->property("symbol").toString(), QStringLiteral("arrow.clockwise"));
+        QVERIFY(find<QLabel>("noMachinesHint")->text().contains(u"UDP port 3333"_s));
+        QCOMPARE(scan->property("symbol").toString(), u"arrow.clockwise"_s);
         QTest::mouseClick(scan, Qt::LeftButton);
         QCOMPARE(h->discoverer->scans.size(), 2);
     }
 
-    void emptyStates() {
-        auto* list = child<QListWidget>(window.get(), QStringLiteral("machineList"));
-        QCOMPARE(list->count(), 0);
-        QVERIFY(child<QWidget>(window.get(), QStringLiteral("destinationEmpty"))->isVisible());
-        QVERIFY(!child<QWidget>(window.get(), QStringLiteral("destinationMachine"))->isVisible());
-        const auto* destination = child<QWidget>(window.get(), QStringLiteral("destinationCard"));
-        QCOMPARE(shownText(destination, QStringLiteral("emptyTitle")),
-                 QStringLiteral("Choose a destination"));
-        QCOMPARE(shownText(destination, QStringLiteral("emptyDescription")),
-                 QStringLiteral("Select a discovered machine or enter its IP address."));
-        auto* choose = child<QPushButton>(window.get(), QStringLiteral("chooseFileButton"));
-        QVERIFY(choose->isVisible());
-        QCOMPARE(choose->text(), QStringLiteral("Choose an .nc, .cnc or .gcode file\u2026"));
-        auto* recentEmpty = child<QLabel>(window.get(), QStringLiteral("recentFilesEmpty"));
-        QVERIFY(recentEmpty->isVisible());
-        QCOMPARE(recentEmpty->text(), QStringLiteral("Files you choose will appear here."));
-        QVERIFY(!child<QWidget>(window.get(), QStringLiteral("transferSection"))->isVisible());
-
-        // While the scan runs the list shows; a scan that ends empty explains why.
-        auto* hint = child<QLabel>(window.get(), QStringLiteral("noMachinesHint"));
-        QVERIFY(!hint->isVisible());
-        Q_EMIT h->discoverer->scans.last()->finished();
-        QVERIFY(hint->isVisible());
-        QVERIFY(hint->text().contains(QStringLiteral("UDP port 3333")));
-        QVERIFY(hint->text().contains(QStringLiteral("VPN")));
-        QVERIFY(hint->text().contains(QStringLiteral("Enter IP address")));
+    void aRestoredSelectionIsCheckedWhenTheWindowFirstAppears() {
+        window.reset();
+        Machine stored = bench;
+        stored.status = Status::Connected;
+        h = std::make_unique<UiHarness>(stored);
+        QCOMPARE(h->connector->checks.size(), 0);
+        showWindow();
+        QCOMPARE(h->connector->checks.size(), 1);
+        expectStatus(Status::Connecting);
+        Q_EMIT h->connector->checks.last()->failed(refused);
+        expectStatus(Status::Unavailable);
     }
 
-    void machinesAreListedAndSelectionWritesThroughTheModel() {
-        const Machine idle =
-            UiHarness::machine(QStringLiteral("Bench"), QStringLiteral("10.0.0.7"));
-        const Machine busy = UiHarness::machine(QStringLiteral("Annex"), QStringLiteral("10.0.0.8"),
-                                                2222, Machine::ConnectionStatus::Busy);
-        Q_EMIT h->discoverer->scans.last()->machineFound(idle);
-        Q_EMIT h->discoverer->scans.last()->machineFound(busy);
-        auto* list = child<QListWidget>(window.get(), QStringLiteral("machineList"));
-        QCOMPARE(list->count(), 2);
-        QCOMPARE(visibleTexts(list, QStringLiteral("machineName")),
-                 (QStringList{QStringLiteral("Annex"), QStringLiteral("Bench")}));
-        QCOMPARE(visibleTexts(list, QStringLiteral("machineAddress")),
-                 (QStringList{QStringLiteral("10.0.0.8"), QStringLiteral("10.0.0.7")}));
-        QCOMPARE(visibleTexts(list, QStringLiteral("busyLabel")),
-                 QStringList{QStringLiteral("Busy")});
-        QVERIFY(list->itemWidget(list->item(0))->findChild<QLabel*>(QStringLiteral("busyLabel")));
-        QVERIFY(!list->itemWidget(list->item(1))->findChild<QLabel*>(QStringLiteral("busyLabel")));
-        QCOMPARE(list->itemWidget(list->item(0))->findChild<StatusDot*>()->size(), QSize(9, 9));
-
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(list->item(1)).center());
-        QTRY_VERIFY(h->model->selectedMachine().has_value());
-        QCOMPARE(h->model->selectedMachine()->id(), idle.id());
-        QCOMPARE(h->connector->checks.size(), 1);
-        QCOMPARE(list->selectedItems(), QList<QListWidgetItem*>{list->item(1)});
-
-        const auto* destination = child<QWidget>(window.get(), QStringLiteral("destinationCard"));
-        QVERIFY(child<QWidget>(window.get(), QStringLiteral("destinationMachine"))->isVisible());
-        QCOMPARE(shownText(destination, QStringLiteral("destinationName")),
-                 QStringLiteral("Bench"));
-        QCOMPARE(shownText(destination, QStringLiteral("destinationSubtitle")),
-                 QStringLiteral("Model unknown \u00B7 10.0.0.7:2222"));
-        auto* badge = child<StatusBadge>(window.get(), QStringLiteral("statusBadge"));
-        QCOMPARE(badge->text(), QStringLiteral("Connecting"));
+    void clickingTheSelectedRowOrCheckAgainChecksAgain() {
+        selectFoundMachine(bench);
+        auto* list = find<QListView>("machineList");
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rowRect(0).center());
+        QCOMPARE(h->connector->checks.size(), 2);
+        QVERIFY(!find<QPushButton>("checkAgainButton")->isEnabled());
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rowRect(0).center());
+        QCOMPARE(h->connector->checks.size(), 2);
         Q_EMIT h->connector->checks.last()->finished();
-        QCOMPARE(badge->text(), QStringLiteral("Connected"));
-
-        // Clicking below the rows, or deselecting with the modifier, leaves the selection.
+        click("checkAgainButton");
+        QCOMPARE(h->connector->checks.size(), 3);
+        // A click on empty space leaves the selection and checks nothing.
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           QPoint(10, list->viewport()->height() - 4));
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::ControlModifier,
-                          list->visualItemRect(list->item(1)).center());
-        QTest::qWait(10);
-        QCOMPARE(h->model->selectedMachine()->id(), idle.id());
-        QCOMPARE(list->selectedItems().size(), 1);
-        QCOMPARE(list->row(list->selectedItems().first()), 1);
-        QCOMPARE(h->connector->checks.size(), 1);
+        QCOMPARE(list->selectionModel()->selectedRows(),
+                 QModelIndexList{list->model()->index(0, 0)});
+        QCOMPARE(h->connector->checks.size(), 3);
     }
 
-    void addIsEnabledOnlyForAnAddressAndAPortNumber() {
-        auto* enter = child<QPushButton>(window.get(), QStringLiteral("enterAddressButton"));
-        QCOMPARE(enter->text(), QStringLiteral("Enter IP address"));
-        auto* address = child<QLineEdit>(window.get(), QStringLiteral("addressField"));
-        auto* port = child<QLineEdit>(window.get(), QStringLiteral("portField"));
-        auto* add = child<QPushButton>(window.get(), QStringLiteral("addButton"));
-        QVERIFY(!address->isVisible());
-        QTest::mouseClick(enter, Qt::LeftButton);
-        QVERIFY(address->isVisible());
-        QVERIFY(!enter->isVisible());
-        QCOMPARE(address->placeholderText(), QStringLiteral("IP address"));
-        QCOMPARE(port->placeholderText(), QStringLiteral("Port"));
-        QCOMPARE(port->text(), QStringLiteral("2222"));
-        QCOMPARE(port->width(), 80);
-
-        QVERIFY(!add->isEnabled());
-        QTest::keyClicks(address, QStringLiteral("10.0.0.9"));
-        QVERIFY(add->isEnabled());
-        port->clear();
-        QVERIFY(!add->isEnabled());
-        for (const char* bad : {"70000", "12a", "-1"}) {
-            port->setText(QString::fromLatin1(bad));
-            QVERIFY2(!add->isEnabled(), bad);
+    void theSidebarFollowsTheMachinesInPlace() {
+        MachineListModel* rows = listModel();
+        QSignalSpy resets(rows, &QAbstractItemModel::modelReset);
+        QSignalSpy inserts(rows, &QAbstractItemModel::rowsInserted);
+        FakeScan* scan = h->discoverer->scans.last();
+        const Machine gamma = UiHarness::machine(u"gamma"_s, u"10.0.0.3"_s);
+        for (const Machine& machine : {gamma, UiHarness::machine(u"Alpha"_s, u"10.0.0.9"_s, 2223),
+                                       UiHarness::machine(u"beta"_s, u"10.0.0.9"_s),
+                                       UiHarness::machine(u"delta"_s, u"10.0.0.4"_s, 80)})
+            Q_EMIT scan->machineFound(machine);
+        h->model->selectMachine(gamma);
+        Q_EMIT scan->machineFound(Machine{u"aardvark"_s, {}, u"10.0.0.3"_s, 2222, Status::Busy});
+        QCOMPARE(resets.size(), 0);
+        QCOMPARE(inserts.size(), 4);
+        // Name order, a renamed machine stays in place; the port shows where it is not the
+        // usual one or the address is shared.
+        const QList<std::tuple<QString, QString, Status>> expected{
+            {u"Alpha"_s, u"10.0.0.9:2223"_s, Status::Discovered},
+            {u"beta"_s, u"10.0.0.9:2222"_s, Status::Discovered},
+            {u"delta"_s, u"10.0.0.4:80"_s, Status::Discovered},
+            {u"aardvark"_s, u"10.0.0.3"_s, Status::Connecting}};
+        QCOMPARE(rows->rowCount(), expected.size());
+        for (int row = 0; row < rows->rowCount(); ++row) {
+            const auto& [name, address, status] = expected[row];
+            QCOMPARE(rows->index(row).data().toString(), name);
+            QCOMPARE(rows->index(row).data(MachineListModel::AddressRole).toString(), address);
+            QCOMPARE(rows->index(row).data(MachineListModel::StatusRole).toInt(), int(status));
         }
-        port->setText(QStringLiteral("+8080"));
-        QVERIFY(add->isEnabled());
-        QTest::mouseClick(add, Qt::LeftButton);
-        QVERIFY(h->model->selectedMachine().has_value());
-        QCOMPARE(h->model->selectedMachine()->id(), QStringLiteral("10.0.0.9:8080"));
-        QCOMPARE(h->model->selectedMachine()->name, QStringLiteral("Manual machine"));
-        QVERIFY(!address->isVisible());
-        QVERIFY(enter->isVisible());
+        // The selected machine's dot says what its badge says; its announcement says busy.
+        QVERIFY(rows->index(3).data(MachineListModel::BusyRole).toBool());
+        expectStatus(Status::Connecting, 3);
+        QCOMPARE(find<QListView>("machineList")->selectionModel()->selectedRows(),
+                 QModelIndexList{rows->index(3)});
+    }
 
+    void aScanListsAtMostTheLimitAndSaysSo() {
+        auto* note = find<QLabel>("listLimitNote");
+        QVERIFY(!note->isVisible());
+        for (int i = 0; i <= AppModel::maximumListedMachines; ++i)
+            Q_EMIT h->discoverer->scans.last()->machineFound(UiHarness::machine(
+                u"Machine %1"_s.arg(i), u"10.0.%1.%2"_s.arg(i / 200).arg(i % 200)));
+        QCOMPARE(listModel()->rowCount(), AppModel::maximumListedMachines);
+        QCOMPARE(shown("listLimitNote"),
+                 u"Stopped listing more: the scan heard more than 256 machines."_s);
+        h->model->discover();
+        QVERIFY(!note->isVisible());
+    }
+
+    void manualEntryAddsOrExplains() {
+        auto* address = find<QLineEdit>("addressField");
+        auto* port = find<QLineEdit>("portField");
+        click("enterAddressButton");
+        QCOMPARE(address->placeholderText() + port->placeholderText() + port->text(),
+                 u"IP addressPort2222"_s);
+        QVERIFY(!find<QPushButton>("addButton")->isEnabled());
+        QTest::keyClicks(address, u"10.0.0.9"_s);
+        port->setText(u"12a"_s);
+        QVERIFY(!find<QPushButton>("addButton")->isEnabled());
+        port->setText(u"8080"_s);
+        click("addButton");
+        QCOMPARE(h->model->selectedMachine()->id(), u"10.0.0.9:8080"_s);
+        QVERIFY(!address->isVisible());
         // The fields keep their text; a rejected entry shows the one message.
-        QTest::mouseClick(enter, Qt::LeftButton);
-        QCOMPARE(address->text(), QStringLiteral("10.0.0.9"));
-        address->setText(QStringLiteral("192.168.001.5"));
-        QTest::mouseClick(add, Qt::LeftButton);
+        click("enterAddressButton");
+        QCOMPARE(address->text(), u"10.0.0.9"_s);
+        address->setText(u"192.168.001.5"_s);
+        click("addButton");
         QCOMPARE(h->model->errorMessage(),
-                 std::optional(QStringLiteral("Enter a valid IPv4 address and port.")));
-        QVERIFY(address->isVisible());
-        QCOMPARE(h->model->selectedMachine()->id(), QStringLiteral("10.0.0.9:8080"));
-
-        auto* cancel = child<QPushButton>(window.get(), QStringLiteral("cancelEntryButton"));
-        QTest::mouseClick(cancel, Qt::LeftButton);
-        QVERIFY(!address->isVisible());
+                 std::optional(u"Enter a valid IPv4 address and port."_s));
+        click("cancelEntryButton");
+        QVERIFY(!address->isVisible() && find("enterAddressButton")->isVisible());
     }
 
     void reviewUploadNeedsAMachineAFileAndNoUpload() {
-        auto* review = child<QPushButton>(window.get(), QStringLiteral("reviewButton"));
-        QVERIFY(!review->isEnabled());
-        h->model->chooseFile(h->jobFile(QStringLiteral("part.nc"), 1'234'567));
-        QVERIFY(review->isVisible());
-        QVERIFY(!review->isEnabled());
-        const auto* card = child<QWidget>(window.get(), QStringLiteral("fileCard"));
-        QCOMPARE(shownText(card, QStringLiteral("fileName")), QStringLiteral("part.nc"));
-        QCOMPARE(shownText(card, QStringLiteral("fileSize")), QStringLiteral("1.2 MB"));
-        QCOMPARE(shownText(card, QStringLiteral("remoteFolderNote")),
-                 QStringLiteral("Sent uncompressed to /sd/gcodes on the machine"));
-        QCOMPARE(child<QPushButton>(window.get(), QStringLiteral("chooseAnotherButton"))->text(),
-                 QStringLiteral("Choose Another\u2026"));
-
-        selectFoundMachine(
-            UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("10.0.0.7")));
-        QVERIFY(review->isEnabled());
+        auto* review = find<QPushButton>("reviewButton");
+        h->model->chooseFile(h->jobFile(u"part.nc"_s, 1'234'567));
+        QVERIFY(review->isVisible() && !review->isEnabled() && review->isDefault());
+        QCOMPARE(shown("fileName") + u" "_s + shown("fileSize"), u"part.nc 1.2 MB"_s);
+        QCOMPARE(shown("remoteFolderNote"), u"Sent uncompressed to /sd/gcodes on the machine"_s);
+        QCOMPARE(find<QPushButton>("chooseAnotherButton")->text(), u"Choose Another\u2026"_s);
+        selectFoundMachine(bench);
+        QCOMPARE(shown("destinationName"), u"Bench Mill"_s);
+        QCOMPARE(shown("destinationSubtitle"), u"Model unknown \u00B7 10.0.0.7:2222"_s);
         QTest::mouseClick(review, Qt::LeftButton);
-        QVERIFY(h->model->showConfirmation());
-        QTRY_VERIFY(visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
-
+        QTRY_VERIFY(visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
         h->model->upload(false);
-        QVERIFY(h->model->isUploading());
         QVERIFY(!review->isEnabled());
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
     }
 
-    void transferCardShowsEachPhase() {
+    void transferCardShowsEachPhaseAndWhatItSends() {
         FakeUploader* uploader = startUpload();
-        auto* section = child<QWidget>(window.get(), QStringLiteral("transferSection"));
-        auto* card = child<QWidget>(window.get(), QStringLiteral("transferCard"));
-        auto* cancel = child<QPushButton>(window.get(), QStringLiteral("cancelUploadButton"));
-        auto* bar = child<QProgressBar>(window.get(), QStringLiteral("transferBar"));
-        QVERIFY(!section->isVisible());
-
-        Q_EMIT uploader->progress({TransferProgress::Phase::Preparing, 0, 1000, 0});
-        QVERIFY(section->isVisible());
-        QCOMPARE(shownText(card, QStringLiteral("transferTitle")), QStringLiteral("Preparing"));
-        QCOMPARE(shownText(card, QStringLiteral("transferPercent")), QStringLiteral("0%"));
-        QCOMPARE(shownText(card, QStringLiteral("transferBytes")),
-                 QStringLiteral("0 bytes") + QStringLiteral(" of ") + QStringLiteral("1 kB"));
-        QVERIFY(visibleTexts(card, QStringLiteral("transferRate")).isEmpty());
-        QVERIFY(cancel->isVisible());
-
-        Q_EMIT uploader->progress({TransferProgress::Phase::Uploading, 500, 1000, 100});
-        QCOMPARE(shownText(card, QStringLiteral("transferTitle")), QStringLiteral("Uploading"));
-        QCOMPARE(shownText(card, QStringLiteral("transferPercent")), QStringLiteral("50%"));
-        QCOMPARE(bar->value(), bar->maximum() / 2);
-        QCOMPARE(shownText(card, QStringLiteral("transferRate")),
-                 QStringLiteral("100 bytes") + QStringLiteral("/s"));
-        QCOMPARE(shownText(card, QStringLiteral("transferTimeLeft")),
-                 QStringLiteral("About 5 s left"));
-
-        // A rate that is no usable number hides the rate and the time left.
-        Q_EMIT uploader->progress({TransferProgress::Phase::Uploading, 600, 1000,
-                                   std::numeric_limits<double>::quiet_NaN()});
-        QVERIFY(visibleTexts(card, QStringLiteral("transferRate")).isEmpty());
-        QVERIFY(visibleTexts(card, QStringLiteral("transferTimeLeft")).isEmpty());
-
-        QTest::mouseClick(cancel, Qt::LeftButton);
+        Q_EMIT uploader->progress({Phase::Preparing, 0, 1000, 0});
+        QVERIFY(find("transferSection")->isVisible());
+        QCOMPARE(shown("transferTitle") + shown("transferPercent"), u"Preparing0%"_s);
+        QCOMPARE(shown("transferBytes"), u"0 bytes of 1 kB"_s);
+        QCOMPARE(shown("transferRate"), u"<0 shown>"_s);
+        // Another file and machine chosen meanwhile do not change what the card names.
+        selectFoundMachine(UiHarness::machine(u"Annex"_s, u"10.0.0.8"_s));
+        h->model->chooseFile(h->jobFile(u"other.nc"_s));
+        Q_EMIT uploader->progress({Phase::Uploading, 500, 1000, 100});
+        QCOMPARE(shown("transferSubject"), u"Sending \u201Cpart.nc\u201D to Bench Mill"_s);
+        QCOMPARE(shown("transferTitle") + shown("transferPercent"), u"Uploading50%"_s);
+        QCOMPARE(find<QProgressBar>("transferBar")->value(),
+                 find<QProgressBar>("transferBar")->maximum() / 2);
+        QCOMPARE(shown("transferRate") + shown("transferTimeLeft"), u"100 bytes/sAbout 5 s left"_s);
+        Q_EMIT uploader->progress(
+            {Phase::Uploading, 600, 1000, std::numeric_limits<double>::quiet_NaN()});
+        QCOMPARE(shown("transferRate") + shown("transferTimeLeft"), u"<0 shown><0 shown>"_s);
+        // The user's own cancel is no warning.
+        click("cancelUploadButton");
         QCOMPARE(uploader->cancelCalls, 1);
         Q_EMIT uploader->failed(UploadError::cancelled());
-        QCOMPARE(shownText(card, QStringLiteral("transferTitle")), QStringLiteral("Cancelled"));
-        QCOMPARE(shownText(card, QStringLiteral("transferBytes")),
-                 QStringLiteral("600 bytes") + QStringLiteral(" of ") + QStringLiteral("1 kB"));
-        QVERIFY(!cancel->isVisible());
-        QVERIFY(section->isVisible());
-        auto* alert = visibleWindow<QMessageBox>(QStringLiteral("errorAlert"));
-        QTRY_VERIFY((alert = visibleWindow<QMessageBox>(QStringLiteral("errorAlert"))));
-        QCOMPARE(alert->text(), QStringLiteral("The upload was cancelled."));
+        QCOMPARE(shown("transferTitle") + shown("transferBytes"), u"Cancelled600 bytes of 1 kB"_s);
+        QVERIFY(!find("cancelUploadButton")->isVisible() &&
+                !find("transferFailureIcon")->isVisible());
+        expectAlert(QMessageBox::Information, u"The upload was cancelled."_s);
     }
 
-    void completedTransferIsGreenAndFull() {
-        FakeUploader* uploader = startUpload(4'700'000'000);
-        Q_EMIT uploader->progress(
-            {TransferProgress::Phase::Uploading, 2'400'000'000, 4'700'000'000, 48'000'000});
-        auto* card = child<QWidget>(window.get(), QStringLiteral("transferCard"));
-        QCOMPARE(shownText(card, QStringLiteral("transferBytes")),
-                 QStringLiteral("2.4 GB") + QStringLiteral(" of ") + QStringLiteral("4.7 GB"));
-        QCOMPARE(shownText(card, QStringLiteral("transferPercent")), QStringLiteral("51%"));
-        auto* bar = child<QProgressBar>(window.get(), QStringLiteral("transferBar"));
-        QVERIFY(bar->palette().color(QPalette::Highlight) != QColor(0x2B, 0xA8, 0x4A));
-
-        Q_EMIT uploader->progress(
-            {TransferProgress::Phase::Completed, 4'700'000'000, 4'700'000'000, 48'000'000});
-        Q_EMIT uploader->finished();
-        QCOMPARE(shownText(card, QStringLiteral("transferTitle")),
-                 QStringLiteral("Upload complete"));
-        QCOMPARE(shownText(card, QStringLiteral("transferPercent")), QStringLiteral("100%"));
+    void aFailedUploadStaysFailedAndLeavesNoConnectedBadge() {
+        FakeUploader* uploader = startUpload(100'000'000);
+        expectStatus(Status::Connected);
+        Q_EMIT uploader->progress({Phase::Uploading, 2'000'000, 100'000'000, 7'300'000});
+        Q_EMIT uploader->failed(refused);
+        expectAlert(QMessageBox::Warning, u"Connection refused"_s);
+        QCOMPARE(h->connector->checks.size(), 2);
+        Q_EMIT h->connector->checks.last()->failed(refused);
+        expectStatus(Status::Unavailable);
+        // The upload's own failure is what the user reads, and the card keeps it.
+        QCOMPARE(h->model->errorMessage(), std::optional(u"Connection refused"_s));
+        QTest::keyClick(errorAlert(), Qt::Key_Escape);
+        QCOMPARE(h->model->errorMessage(), std::nullopt);
+        QCOMPARE(shown("transferTitle") + shown("transferFailure"),
+                 u"Upload failedConnection refused"_s);
+        QCOMPARE(shown("transferSubject"), u"\u201Cpart.nc\u201D to Bench Mill"_s);
+        QCOMPARE(shown("transferRate"), u"<0 shown>"_s);
+        QVERIFY(find("transferFailureIcon")->isVisible());
+        // The next upload starts clean, and its end is green and full.
+        h->model->upload(true);
+        FakeUploader* next = h->uploaders.last();
+        Q_EMIT next->progress({Phase::Preparing, 0, 100'000'000, 0});
+        QCOMPARE(shown("transferTitle") + shown("transferFailure"), u"Preparing<0 shown>"_s);
+        Q_EMIT next->progress({Phase::Completed, 100'000'000, 100'000'000, 0});
+        Q_EMIT next->finished();
+        QCOMPARE(shown("transferTitle") + u" / "_s + shown("transferSubject"),
+                 u"Upload complete / Sent \u201Cpart.nc\u201D to Bench Mill"_s);
+        auto* bar = find<QProgressBar>("transferBar");
         QCOMPARE(bar->value(), bar->maximum());
         QCOMPARE(bar->palette().color(QPalette::Highlight), QColor(0x2B, 0xA8, 0x4A));
-        QVERIFY(
-            !child<QPushButton>(window.get(), QStringLiteral("cancelUploadButton"))->isVisible());
-        QVERIFY(child<QPushButton>(window.get(), QStringLiteral("reviewButton"))->isEnabled());
+    }
+
+    void longNamesElideAndNeverWidenTheWindow() {
+        const QString longName = QString(96, u'n') + u"-middle-"_s + QString(96, u'e');
+        selectFoundMachine(bench);
+        h->model->chooseFile(h->jobFile(u"short.nc"_s));
+        QApplication::processEvents();
+        const QSize size = window->size();
+        const int least = window->minimumSizeHint().width();
+        selectFoundMachine(UiHarness::machine(longName, u"10.0.0.5"_s));
+        h->model->chooseFile(h->jobFile(longName + u".nc"_s));
+        QApplication::processEvents();
+        QCOMPARE(window->size(), size);
+        QCOMPARE(window->minimumSizeHint().width(), least);
+        for (const char* name : {"fileName", "destinationName"}) {
+            auto* label = find<ElidedLabel>(name);
+            QVERIFY2(label->text().contains(u'\u2026') && label->text().size() < longName.size(),
+                     name);
+            QVERIFY2(label->toolTip().startsWith(longName), name);
+        }
+        // Copying takes the whole name, not what fits.
+        find<ElidedLabel>("fileName")->setFocus();
+        press(Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), longName + u".nc"_s);
     }
 
     void recentFilesShowFiveRowsWithDividersBetween() {
         QList<JobFile> files;
         for (int i = 1; i <= 6; ++i) {
-            files.append(h->jobFile(QStringLiteral("job%1.nc").arg(i), i * 1000));
+            files.append(h->jobFile(u"job%1.nc"_s.arg(i), i * 1000));
             h->model->chooseFile(files.last());
         }
-        auto* recent = child<QWidget>(window.get(), QStringLiteral("recentFiles"));
-        QVERIFY(!child<QLabel>(window.get(), QStringLiteral("recentFilesEmpty"))->isVisible());
-        QCOMPARE(visibleTexts(recent, QStringLiteral("recentFileName")),
-                 (QStringList{QStringLiteral("job6.nc"), QStringLiteral("job5.nc"),
-                              QStringLiteral("job4.nc"), QStringLiteral("job3.nc"),
-                              QStringLiteral("job2.nc")}));
-        QCOMPARE(visibleTexts(recent, QStringLiteral("recentFileSize")).first(),
-                 QStringLiteral("6 kB"));
-
-        // The order in the layout: row, divider, row, …, row — nothing after the fifth row.
         QStringList kinds;
-        QLayout* rows = recent->findChild<QPushButton*>(QStringLiteral("recentFileRow"))
-                            ->parentWidget()
-                            ->layout();
+        QLayout* rows = find<QPushButton>("recentFileRow")->parentWidget()->layout();
         for (int i = 0; i < rows->count(); ++i)
             kinds.append(rows->itemAt(i)->widget()->objectName());
-        QCOMPARE(kinds.count(QStringLiteral("recentFileRow")), 5);
-        QCOMPARE(kinds.count(QStringLiteral("recentDivider")), 4);
-        QCOMPARE(kinds.last(), QStringLiteral("recentFileRow"));
-        for (int i = 0; i + 1 < kinds.size(); ++i)
-            QVERIFY(kinds[i] != kinds[i + 1]);
-
-        const QList<QPushButton*> buttons =
-            recent->findChildren<QPushButton*>(QStringLiteral("recentFileRow"));
+        const QString row = u"recentFileRow"_s, divider = u"recentDivider"_s;
+        QCOMPARE(kinds, (QStringList{row, divider, row, divider, row, divider, row, divider, row}));
+        const QList<QPushButton*> buttons = find("recentFiles")->findChildren<QPushButton*>(row);
+        QCOMPARE(buttons.first()->accessibleName(), u"job6.nc"_s);
         QTest::mouseClick(buttons[3], Qt::LeftButton);
         QTRY_COMPARE(h->model->selectedFile(), std::optional(files[2]));
-        QCOMPARE(visibleTexts(recent, QStringLiteral("recentFileName")).first(),
-                 QStringLiteral("job3.nc"));
     }
 
     void errorAlertShowsTheMessageAndOkClearsIt() {
-        h->model->setErrorMessage(QStringLiteral("Connection check failed: refused"));
-        QMessageBox* alert = nullptr;
-        QTRY_VERIFY((alert = visibleWindow<QMessageBox>(QStringLiteral("errorAlert"))));
-        QCOMPARE(alert->windowTitle(), QStringLiteral("Tarnwick"));
-        QCOMPARE(alert->text(), QStringLiteral("Connection check failed: refused"));
+        h->model->setErrorMessage(u"Connection check failed: refused"_s);
+        expectAlert(QMessageBox::Warning, u"Connection check failed: refused"_s);
+        QMessageBox* alert = errorAlert();
+        QCOMPARE(alert->windowTitle(), u"Tarnwick"_s);
         QCOMPARE(alert->buttons().size(), 1);
-        QCOMPARE(alert->buttons().first()->text(), QStringLiteral("OK"));
+        QCOMPARE(alert->buttons().first()->text(), u"OK"_s);
         QTest::mouseClick(alert->buttons().first(), Qt::LeftButton);
         QCOMPARE(h->model->errorMessage(), std::nullopt);
-        QTRY_VERIFY(!visibleWindow<QMessageBox>(QStringLiteral("errorAlert")));
-
+        QTRY_VERIFY(!visibleWindow<QMessageBox>(u"errorAlert"_s));
         h->model->setErrorMessage(QString());
-        QTRY_VERIFY((alert = visibleWindow<QMessageBox>(QStringLiteral("errorAlert"))));
-        QCOMPARE(alert->text(), QStringLiteral("Unknown error"));
-        QTest::keyClick(alert, Qt::Key_Escape);
-        QCOMPARE(h->model->errorMessage(), std::nullopt);
+        expectAlert(QMessageBox::Warning, u"Unknown error"_s);
     }
 
     void droppedFilesAreValidatedLikeChosenOnes() {
-        sendDrop(window.get(), writeFile(h->dir, QStringLiteral("notes.txt"), "G0"));
+        sendDrop(window.get(), writeFile(h->dir, u"notes.txt"_s, "G0"));
         QCOMPARE(h->model->errorMessage(),
-                 std::optional(QStringLiteral(
-                     "The .txt extension is not supported. Choose an .nc, .cnc or .gcode file.")));
-        QCOMPARE(h->model->selectedFile(), std::nullopt);
-        QTRY_VERIFY(visibleWindow<QMessageBox>(QStringLiteral("errorAlert")));
-        h->model->setErrorMessage(std::nullopt);
-
-        sendDrop(window.get(), QUrl::fromLocalFile(h->dir.path()));
-        QCOMPARE(h->model->errorMessage(),
-                 std::optional(QStringLiteral("Please choose a regular file.")));
-        h->model->setErrorMessage(std::nullopt);
-
+                 std::optional(Error(JobFileError::unsupportedExtension(u"txt"_s)).description()));
         // Two files at once are not a choice: the window does not take them.
         QMimeData two;
-        two.setUrls({writeFile(h->dir, QStringLiteral("a.nc"), "G0"),
-                     writeFile(h->dir, QStringLiteral("b.nc"), "G0")});
-        QDragEnterEvent enterTwo(QPoint(50, 50), Qt::CopyAction, &two, Qt::LeftButton,
-                                 Qt::NoModifier);
+        two.setUrls({writeFile(h->dir, u"a.nc"_s, "G0"), writeFile(h->dir, u"b.nc"_s, "G0")});
+        QDragEnterEvent enterTwo(QPoint(50, 50), Qt::CopyAction, &two, Qt::LeftButton, {});
         QApplication::sendEvent(window.get(), &enterTwo);
         QVERIFY(!enterTwo.isAccepted());
-
-        const QUrl upper = writeFile(h->dir, QStringLiteral("PART.GCODE"), "G1 X1");
+        const QUrl upper = writeFile(h->dir, u"PART.GCODE"_s, "G1 X1");
         sendDrop(window.get(), upper);
-        QVERIFY(h->model->selectedFile().has_value());
         QCOMPARE(h->model->selectedFile()->url, upper);
-        QCOMPARE(h->model->recentFiles().size(), 1);
     }
 
     void filePanelOffersOnlyJobFiles() {
-        QTest::mouseClick(child<QPushButton>(window.get(), QStringLiteral("chooseFileButton")),
-                          Qt::LeftButton);
-        QFileDialog* panel = nullptr;
-        QTRY_VERIFY((panel = visibleWindow<QFileDialog>(QStringLiteral("jobFilePanel"))) ||
-                    (panel = window->findChild<QFileDialog*>(QStringLiteral("jobFilePanel"))));
-        QCOMPARE(panel->windowTitle(), QStringLiteral("Choose a Makera job file"));
-        QCOMPARE(panel->labelText(QFileDialog::Accept), QStringLiteral("Choose"));
+        click("chooseFileButton");
+        auto* panel = find<QFileDialog>("jobFilePanel");
+        QCOMPARE(panel->windowTitle(), u"Choose a Makera job file"_s);
+        QCOMPARE(panel->labelText(QFileDialog::Accept), u"Choose"_s);
         QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
-        QCOMPARE(panel->nameFilters(),
-                 QStringList{QStringLiteral("Makera job files (*.nc *.cnc *.gcode)")});
-
-        const JobFile file = h->jobFile(QStringLiteral("chosen.cnc"), 42);
+        QCOMPARE(panel->nameFilters(), QStringList{u"Makera job files (*.nc *.cnc *.gcode)"_s});
+        const JobFile file = h->jobFile(u"chosen.cnc"_s, 42);
         panel->selectUrl(file.url);
         QMetaObject::invokeMethod(panel, "accept");
         QCOMPARE(h->model->selectedFile(), std::optional(file));
     }
 
+    void theWholeRoadWorksWithKeysAlone() {
+        Q_EMIT h->discoverer->scans.last()->machineFound(bench);
+        Q_EMIT h->discoverer->scans.last()->finished();
+        find("scanButton")->setFocus();
+        QStringList order{focusName()};
+        for (int i = 0; i < 3; ++i, order.append(focusName()))
+            press(Qt::Key_Tab);
+        QCOMPARE(order, (QStringList{u"scanButton"_s, u"machineList"_s, u"enterAddressButton"_s,
+                                     u"chooseFileButton"_s}));
+        press(Qt::Key_Backtab);
+        press(Qt::Key_Backtab);
+        press(Qt::Key_Down);
+        press(Qt::Key_Space);
+        QCOMPARE(h->model->selectedMachine()->id(), bench.id());
+
+        const JobFile file = h->jobFile(u"keys.nc"_s);
+        h->model->persistence().recordUpload(UploadRecord{u"10.0.0.9:2222"_s, file.id(), file.size,
+                                                          QDateTime::currentDateTimeUtc()});
+        tabTo("chooseFileButton");
+        press(Qt::Key_Space);
+        QTRY_COMPARE(QApplication::focusWidget()->window()->objectName(), u"jobFilePanel"_s);
+        QTest::keyClicks(QApplication::focusWidget(), file.url.toLocalFile());
+        press(Qt::Key_Return);
+        QTRY_COMPARE(h->model->selectedFile(), std::optional(file));
+
+        returnToWindow();
+        QCOMPARE(focusName(), u"reviewButton"_s);
+        // Return in the address field adds the machine; it does not reach the review.
+        tabTo("enterAddressButton");
+        press(Qt::Key_Space);
+        QTest::keyClicks(QApplication::focusWidget(), u"10.0.0.9"_s);
+        press(Qt::Key_Return);
+        QCOMPARE(h->model->selectedMachine()->id(), u"10.0.0.9:2222"_s);
+        QVERIFY(!h->model->showConfirmation());
+        // Elsewhere Return is the window's default: "Review Upload".
+        press(Qt::Key_Return);
+        UploadConfirmationView* sheet = nullptr;
+        QTRY_VERIFY((sheet = visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s)));
+        QTRY_COMPARE(QApplication::focusWidget()->window(), sheet);
+        for (int i = 0; i < 10 && !qobject_cast<ToggleSwitch*>(QApplication::focusWidget()); ++i)
+            press(Qt::Key_Tab);
+        press(Qt::Key_Space);
+        press(Qt::Key_Return);
+        QVERIFY(h->model->isUploading());
+        Q_EMIT h->uploaders.last()->progress({Phase::Preparing, 0, file.size, 0});
+
+        returnToWindow();
+        tabTo("cancelUploadButton");
+        press(Qt::Key_Space);
+        QCOMPARE(h->uploaders.last()->cancelCalls, 1);
+    }
+
+    void everyControlHasAnAccessibleName() {
+        startUpload();
+        Q_EMIT h->uploaders.last()->progress({Phase::Uploading, 10, 1000, 5});
+        click("enterAddressButton");
+        for (QWidget* widget : window->findChildren<QWidget*>()) {
+            if (!widget->isVisible() || !(widget->focusPolicy() & Qt::TabFocus))
+                continue;
+            QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+            QVERIFY2(accessible && !accessible->text(QAccessible::Name).isEmpty(),
+                     qPrintable(widget->objectName()));
+        }
+    }
+
     void closingDuringAnUploadAsksAndCancelsFirst() {
+        QVERIFY(window->close());
+        showWindow();
         FakeUploader* uploader = startUpload();
         QVERIFY(!window->close());
-        QVERIFY(window->isVisible());
         QMessageBox* question = nullptr;
-        QTRY_VERIFY((question = visibleWindow<QMessageBox>(QStringLiteral("stopUploadQuestion"))));
+        QTRY_VERIFY((question = visibleWindow<QMessageBox>(u"stopUploadQuestion"_s)));
         QCOMPARE(uploader->cancelCalls, 0);
-        QTest::mouseClick(child<QPushButton>(question, QStringLiteral("stopAndQuitButton")),
-                          Qt::LeftButton);
+        QTest::mouseClick(child<QPushButton>(question, u"stopAndQuitButton"_s), Qt::LeftButton);
         QCOMPARE(uploader->cancelCalls, 1);
         QVERIFY(window->isVisible());
         Q_EMIT uploader->failed(UploadError::cancelled());
         QTRY_VERIFY(!window->isVisible());
-    }
-
-    void closingWithoutAnUploadDoesNotAsk() {
-        QVERIFY(window->close());
-        QVERIFY(!visibleWindow<QMessageBox>(QStringLiteral("stopUploadQuestion")));
     }
 };
 

@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 #include "discovery/NetworkMachineConnector.h"
 #include "support/FakeServices.h"
+#include "support/SimProcess.h"
 #include "support/TestFiles.h"
 #include "transfer/MakeraFileUploader.h"
 #include "ui/ContentView.h"
@@ -8,14 +9,13 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QProcess>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
 
 // The main window over the real connector and uploader, sending a file to the simulated
 // machine on 127.0.0.1 the way a user does: address by hand, file, review, upload.
@@ -24,20 +24,10 @@ class DesktopUploadTest : public QObject {
 
 private Q_SLOTS:
     void aFileTravelsFromTheWindowToTheMachine() {
+        SimProcess sim;
+        const quint16 port = sim.waitUntilListening();
+        QVERIFY(port != 0);
         QTemporaryDir dir;
-        const QString store = dir.filePath(QStringLiteral("machine"));
-        QProcess sim;
-        sim.start(qEnvironmentVariable("TARNWICK_BIN_DIR") + QStringLiteral("/tarnwick-sim"),
-                  {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
-                   QStringLiteral("--no-announce"), QStringLiteral("--store"), store});
-        QVERIFY(sim.waitForStarted(5000));
-        QRegularExpressionMatch listening;
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (listening = QRegularExpression(QStringLiteral("listening on 127\\.0\\.0\\.1:(\\d+)"))
-                             .match(QString::fromUtf8(sim.peek(4096))))
-                .hasMatch(),
-            5000);
-
         AppModel model(std::make_unique<FakeDiscoverer>(),
                        std::make_unique<NetworkMachineConnector>(), MakeraFileUploader::factory(),
                        std::make_unique<AppPersistence>(temporaryStore(dir)));
@@ -45,38 +35,27 @@ private Q_SLOTS:
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
 
-        QTest::mouseClick(window.findChild<QPushButton*>(QStringLiteral("enterAddressButton")),
-                          Qt::LeftButton);
-        window.findChild<QLineEdit*>(QStringLiteral("addressField"))
-            ->setText(QStringLiteral("127.0.0.1"));
-        window.findChild<QLineEdit*>(QStringLiteral("portField"))->setText(listening.captured(1));
-        QTest::mouseClick(window.findChild<QPushButton*>(QStringLiteral("addButton")),
-                          Qt::LeftButton);
+        QTest::mouseClick(window.findChild<QPushButton*>(u"enterAddressButton"_s), Qt::LeftButton);
+        window.findChild<QLineEdit*>(u"addressField"_s)->setText(u"127.0.0.1"_s);
+        window.findChild<QLineEdit*>(u"portField"_s)->setText(QString::number(port));
+        QTest::mouseClick(window.findChild<QPushButton*>(u"addButton"_s), Qt::LeftButton);
         QTRY_COMPARE(model.selectedMachine()->status, Machine::ConnectionStatus::Connected);
 
         QByteArray content;
         for (int line = 0; line < 5000; ++line)
             content +=
                 "G1 X" + QByteArray::number(line % 97) + " Y" + QByteArray::number(line) + "\n";
-        window.chooseJobFile(writeFile(dir, QStringLiteral("tray.nc"), content));
-        QTest::mouseClick(window.findChild<QPushButton*>(QStringLiteral("reviewButton")),
-                          Qt::LeftButton);
+        window.chooseJobFile(writeFile(dir, u"tray.nc"_s, content));
+        QTest::mouseClick(window.findChild<QPushButton*>(u"reviewButton"_s), Qt::LeftButton);
         UploadConfirmationView* sheet = nullptr;
         QTRY_VERIFY((sheet = window.findChild<UploadConfirmationView*>()) && sheet->isVisible());
-        QTest::mouseClick(sheet->findChild<QPushButton*>(QStringLiteral("uploadButton")),
-                          Qt::LeftButton);
+        QTest::mouseClick(sheet->findChild<QPushButton*>(u"uploadButton"_s), Qt::LeftButton);
 
         QTRY_VERIFY_WITH_TIMEOUT(!model.isUploading(), 10000);
         QCOMPARE(model.errorMessage(), std::nullopt);
-        QCOMPARE(window.findChild<QLabel*>(QStringLiteral("transferTitle"))->text(),
-                 QStringLiteral("Upload complete"));
-        QFile received(store + QStringLiteral("/gcodes/tray.nc"));
-        QVERIFY(received.open(QIODevice::ReadOnly));
-        QCOMPARE(received.readAll(), content);
+        QCOMPARE(window.findChild<QLabel*>(u"transferTitle"_s)->text(), u"Upload complete"_s);
+        QCOMPARE(sim.stored(u"tray.nc"_s), content);
         QVERIFY(model.isRecentDuplicate());
-
-        sim.terminate();
-        QVERIFY(sim.waitForFinished(5000));
     }
 };
 

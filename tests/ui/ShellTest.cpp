@@ -22,6 +22,7 @@
 using namespace tarnwick;
 using namespace tarnwick::testing;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
 
 // Receives the addresses that "Download" asks the desktop to open.
 class UrlCatcher : public QObject {
@@ -43,15 +44,11 @@ class ShellTest : public QObject {
     std::unique_ptr<QTemporaryDir> shellDir;
     UrlCatcher catcher;
 
-    std::unique_ptr<QSettings> shellStore() const {
-        return temporaryStore(*shellDir, QStringLiteral("shell"));
-    }
+    std::unique_ptr<QSettings> shellStore() const { return temporaryStore(*shellDir, u"shell"_s); }
 
-    std::unique_ptr<QSettings> checkerStore() const {
-        return temporaryStore(h->dir, QStringLiteral("checker"));
-    }
+    std::unique_ptr<QSettings> checkerStore() const { return temporaryStore(h->dir, u"checker"_s); }
 
-    void makeApp(const QString& runningVersion = QStringLiteral("1.0")) {
+    void makeApp(const QString& runningVersion = u"1.0"_s) {
         auto checker =
             std::make_unique<UpdateChecker>(checkerStore(), runningVersion, nullptr, server->url);
         app = std::make_unique<TarnwickApp>(std::move(h->model), std::move(checker),
@@ -67,26 +64,26 @@ class ShellTest : public QObject {
 
     QMessageBox* waitForUpdateAlert() {
         QMessageBox* alert = nullptr;
-        const bool shown = QTest::qWaitFor([&] {
-            return (alert = visibleWindow<QMessageBox>(QStringLiteral("updateAlert"))) != nullptr;
-        });
+        const bool shown = QTest::qWaitFor(
+            [&] { return (alert = visibleWindow<QMessageBox>(u"updateAlert"_s)) != nullptr; });
         return shown ? alert : nullptr;
     }
 
-    static QStringList buttonTexts(const QMessageBox* alert) {
-        QStringList texts;
-        for (const QAbstractButton* button : alert->buttons())
-            texts.append(button->text());
-        texts.sort();
-        return texts;
+    // The alert as the user sees it, against what the update alert is to say.
+    static void compareAlert(const QMessageBox* alert, const UpdateAlertContent& expected) {
+        QVERIFY(alert);
+        QCOMPARE(alert->windowTitle(), expected.title);
+        QCOMPARE(alert->text(), expected.title);
+        QCOMPARE(alert->informativeText(), expected.message);
+        QCOMPARE(alert->icon(), expected.icon);
+        QCOMPARE(alert->escapeButton()->text(), expected.dismissButton.value_or(QString()));
+        QCOMPARE(alert->buttons().size(), expected.downloadUrl ? 2 : 1);
     }
 
 private Q_SLOTS:
-    void initTestCase() {
-        QDesktopServices::setUrlHandler(QStringLiteral("https"), &catcher, "open");
-    }
+    void initTestCase() { QDesktopServices::setUrlHandler(u"https"_s, &catcher, "open"); }
 
-    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"https"_s); }
 
     void init() {
         h = std::make_unique<UiHarness>();
@@ -104,28 +101,20 @@ private Q_SLOTS:
 
     void menusOfferTheCommands() {
         makeApp();
-        QAction* choose = action(QStringLiteral("chooseJobFileAction"));
-        QCOMPARE(choose->text(), QStringLiteral("Choose Job File\u2026"));
+        QAction* choose = action(u"chooseJobFileAction"_s);
+        QCOMPARE(choose->text(), u"Choose Job File\u2026"_s);
         QCOMPARE(choose->shortcut(), QKeySequence(QKeySequence::Open));
-        QAction* about = action(QStringLiteral("aboutAction"));
-        QCOMPARE(about->text(), QStringLiteral("About Tarnwick"));
+        QAction* about = action(u"aboutAction"_s);
+        QCOMPARE(about->text(), u"About Tarnwick"_s);
         QCOMPARE(about->menuRole(), QAction::AboutRole);
-        QAction* check = action(QStringLiteral("checkForUpdatesAction"));
-        QCOMPARE(check->text(), QStringLiteral("Check for Updates\u2026"));
+        QAction* check = action(u"checkForUpdatesAction"_s);
+        QCOMPARE(check->text(), u"Check for Updates\u2026"_s);
         QCOMPARE(check->menuRole(), QAction::ApplicationSpecificRole);
-        QCOMPARE(action(QStringLiteral("settingsAction"))->menuRole(), QAction::PreferencesRole);
-        QCOMPARE(action(QStringLiteral("quitAction"))->menuRole(), QAction::QuitRole);
-        QCOMPARE(app->mainWindow().minimumSize(), QSize(900, 620));
-    }
-
-    void chooseJobFileOpensThePanel() {
-        makeApp();
-        startApp();
-        QVERIFY(!app->mainWindow().findChild<QFileDialog*>(QStringLiteral("jobFilePanel")));
-        action(QStringLiteral("chooseJobFileAction"))->trigger();
-        auto* panel = app->mainWindow().findChild<QFileDialog*>(QStringLiteral("jobFilePanel"));
-        QVERIFY(panel);
-        QCOMPARE(panel->windowTitle(), QStringLiteral("Choose a Makera job file"));
+        QCOMPARE(action(u"settingsAction"_s)->menuRole(), QAction::PreferencesRole);
+        QCOMPARE(action(u"quitAction"_s)->menuRole(), QAction::QuitRole);
+        QVERIFY(!app->mainWindow().findChild<QFileDialog*>(u"jobFilePanel"_s));
+        choose->trigger();
+        QVERIFY(app->mainWindow().findChild<QFileDialog*>(u"jobFilePanel"_s));
     }
 
     void theLaunchCheckRunsWhenAllowedAndStaysSilent() {
@@ -133,22 +122,12 @@ private Q_SLOTS:
         server->hold();
         startApp();
         QTRY_COMPARE(server->targets.size(), 1);
-        QVERIFY(server->targets.first().contains(QStringLiteral("v=1.0")));
-        QVERIFY(!action(QStringLiteral("checkForUpdatesAction"))->isEnabled());
+        QVERIFY(server->targets.first().contains(u"v=1.0"_s));
+        QVERIFY(!action(u"checkForUpdatesAction"_s)->isEnabled());
         server->release();
         QTRY_VERIFY(!app->updateChecker().isChecking());
-        QVERIFY(action(QStringLiteral("checkForUpdatesAction"))->isEnabled());
-        QVERIFY(!visibleWindow<QMessageBox>(QStringLiteral("updateAlert")));
-    }
-
-    void noLaunchCheckWhenTurnedOff() {
-        settings::setAutomaticUpdateChecks(*checkerStore(), false);
-        makeApp();
-        startApp();
-        QTest::qWait(200);
-        QVERIFY(server->targets.isEmpty());
-        action(QStringLiteral("checkForUpdatesAction"))->trigger();
-        QTRY_COMPARE(server->targets.size(), 1);
+        QVERIFY(action(u"checkForUpdatesAction"_s)->isEnabled());
+        QVERIFY(!visibleWindow<QMessageBox>(u"updateAlert"_s));
     }
 
     void aNewerVersionOffersADownload() {
@@ -156,7 +135,7 @@ private Q_SLOTS:
         server->respond(200, "{\"version\":\"9.4.1\",\"url\":\"https://example.test/get\"}");
         makeApp();
         startApp();
-        QAction* check = action(QStringLiteral("checkForUpdatesAction"));
+        QAction* check = action(u"checkForUpdatesAction"_s);
         server->hold();
         check->trigger();
         QVERIFY(!check->isEnabled());
@@ -166,56 +145,40 @@ private Q_SLOTS:
         QVERIFY(alert);
         QVERIFY(check->isEnabled());
         QCOMPARE(server->targets.size(), 1);
-        QCOMPARE(alert->windowTitle(), QStringLiteral("Update Available"));
-        QCOMPARE(alert->text(), QStringLiteral("Tarnwick 9.4.1 is available from ") +
-                                    QString::fromUtf8(build::updateHost) +
-                                    QStringLiteral("/quorle."));
-        QCOMPARE(buttonTexts(alert),
-                 (QStringList{QStringLiteral("Download"), QStringLiteral("Later")}));
-        QTest::mouseClick(child<QPushButton>(alert, QStringLiteral("downloadButton")),
-                          Qt::LeftButton);
-        QCOMPARE(catcher.opened, QList<QUrl>{QUrl(QStringLiteral("https://example.test/get"))});
+        const QUrl download(u"https://example.test/get"_s);
+        compareAlert(alert, updateAvailableAlert(u"9.4.1"_s, download,
+                                                 QString::fromUtf8(build::updateHost)));
+        QCOMPARE(child<QPushButton>(alert, u"downloadButton"_s)->text(), u"Download"_s);
+        QTest::mouseClick(child<QPushButton>(alert, u"downloadButton"_s), Qt::LeftButton);
+        QCOMPARE(catcher.opened, QList<QUrl>{download});
         QVERIFY(!app->updateChecker().outcome().has_value());
-    }
-
-    void laterDismissesWithoutOpeningAnything() {
-        settings::setAutomaticUpdateChecks(*checkerStore(), false);
-        server->respond(200, "{\"version\":\"2.0\",\"url\":\"https://example.test/get\"}");
-        makeApp();
-        startApp();
-        action(QStringLiteral("checkForUpdatesAction"))->trigger();
-        QMessageBox* alert = waitForUpdateAlert();
-        QVERIFY(alert);
+        // "Later" dismisses without opening anything.
+        QTRY_VERIFY(!visibleWindow<QMessageBox>(u"updateAlert"_s));
+        check->trigger();
+        QVERIFY((alert = waitForUpdateAlert()));
         QTest::keyClick(alert, Qt::Key_Escape);
-        QVERIFY(catcher.opened.isEmpty());
+        QCOMPARE(catcher.opened.size(), 1);
         QVERIFY(!app->updateChecker().outcome().has_value());
-        QTRY_VERIFY(!visibleWindow<QMessageBox>(QStringLiteral("updateAlert")));
     }
 
-    void upToDateAndFailedChecksSayOK() {
+    void turnedOffThereIsNoLaunchCheckButManualChecksSayOK() {
         settings::setAutomaticUpdateChecks(*checkerStore(), false);
         makeApp();
         startApp();
-        action(QStringLiteral("checkForUpdatesAction"))->trigger();
+        QTest::qWait(200);
+        QVERIFY(server->targets.isEmpty());
+        action(u"checkForUpdatesAction"_s)->trigger();
         QMessageBox* alert = waitForUpdateAlert();
-        QVERIFY(alert);
-        QCOMPARE(alert->windowTitle(), QStringLiteral("Up to Date"));
-        QCOMPARE(alert->text(), QStringLiteral("You are running the latest version of Tarnwick."));
-        QCOMPARE(buttonTexts(alert), QStringList{QStringLiteral("OK")});
+        compareAlert(alert, upToDateAlert());
         QTest::mouseClick(alert->buttons().first(), Qt::LeftButton);
         QVERIFY(!app->updateChecker().outcome().has_value());
-        QTRY_VERIFY(!visibleWindow<QMessageBox>(QStringLiteral("updateAlert")));
+        QTRY_VERIFY(!visibleWindow<QMessageBox>(u"updateAlert"_s));
 
         server->respond(404, "missing");
-        action(QStringLiteral("checkForUpdatesAction"))->trigger();
+        action(u"checkForUpdatesAction"_s)->trigger();
         alert = waitForUpdateAlert();
-        QVERIFY(alert);
-        QCOMPARE(alert->windowTitle(), QStringLiteral("Update Check Failed"));
-        QCOMPARE(alert->text(), QStringLiteral("The update feed at ") + server->url.toString() +
-                                    QStringLiteral(" could not be read."));
-        QCOMPARE(buttonTexts(alert), QStringList{QStringLiteral("OK")});
-        QCOMPARE(updateAlertContent(std::nullopt, QStringLiteral("h")).title,
-                 QStringLiteral("Updates"));
+        compareAlert(alert, updateFailedAlert(u"The update feed at "_s + server->url.toString() +
+                                              u" could not be read."_s));
     }
 
     void aboutShowsOneOfTheQuotesAnewEachTime() {
@@ -223,37 +186,38 @@ private Q_SLOTS:
         QSet<QString> seen;
         for (int i = 0; i < 40; ++i) {
             app->showAbout();
-            auto* about = visibleWindow<AboutView>(QStringLiteral("aboutView"));
+            auto* about = visibleWindow<AboutView>(u"aboutView"_s);
             QVERIFY(about);
             QVERIFY(AboutView::quotes().contains(about->quote()));
-            QCOMPARE(child<QLabel>(about, QStringLiteral("aboutQuote"))->text(),
-                     QStringLiteral("\u201C") + about->quote() + QStringLiteral("\u201D"));
+            QCOMPARE(child<QLabel>(about, u"aboutQuote"_s)->text(),
+                     u"\u201C"_s + about->quote() + u"\u201D"_s);
             seen.insert(about->quote());
             about->close();
         }
         QVERIFY(seen.size() > 1);
         app->showAbout();
-        auto* shown = visibleWindow<AboutView>(QStringLiteral("aboutView"));
-        QCOMPARE(shown->windowTitle(), QStringLiteral("About Tarnwick"));
-        QCOMPARE(shown->width(), 380);
-        QCOMPARE(child<QLabel>(shown, QStringLiteral("aboutVersion"))->text(),
-                 QStringLiteral("Version ") + QString::fromUtf8(build::version) +
-                     QStringLiteral(" (") + QString::fromUtf8(build::buildNumber) +
-                     QStringLiteral(")"));
+        auto* shown = visibleWindow<AboutView>(u"aboutView"_s);
+        QCOMPARE(shown->windowTitle(), u"About Tarnwick"_s);
+        QCOMPARE(child<QLabel>(shown, u"aboutVersion"_s)->text(),
+                 AboutView::versionLine(QString::fromUtf8(build::version),
+                                        QString::fromUtf8(build::buildNumber)));
     }
 
     void settingsSwitchIsWhatTheCheckerReads() {
         makeApp();
+        startApp();
+        app->mainWindow().move(40, 30);
         app->showSettings();
-        auto* settings = visibleWindow<SettingsView>(QStringLiteral("settingsView"));
+        auto* settings = visibleWindow<SettingsView>(u"settingsView"_s);
         QVERIFY(settings);
-        auto* toggle = child<ToggleSwitch>(settings, QStringLiteral("automaticChecksSwitch"));
-        QCOMPARE(toggle->text(), QStringLiteral("Check for updates automatically"));
+        // Centred, give or take the frame the platform adds once the window shows.
+        QVERIFY((settings->frameGeometry().center() - app->mainWindow().frameGeometry().center())
+                    .manhattanLength() <= 8);
+        auto* toggle = child<ToggleSwitch>(settings, u"automaticChecksSwitch"_s);
+        QCOMPARE(toggle->text(), u"Check for updates automatically"_s);
         QVERIFY(toggle->isChecked());
-        QVERIFY(child<QLabel>(settings, QStringLiteral("settingsCaption"))
-                    ->text()
-                    .startsWith(QStringLiteral("At launch, Tarnwick asks ") +
-                                QString::fromUtf8(build::updateHost) + QStringLiteral("/quorle ")));
+        QCOMPARE(child<QLabel>(settings, u"settingsCaption"_s)->text(),
+                 SettingsView::explanation(QString::fromUtf8(build::updateHost)));
         QTest::mouseClick(toggle, Qt::LeftButton);
         const UpdateChecker reader(shellStore(), std::nullopt, nullptr, server->url);
         QVERIFY(!reader.automaticChecksEnabled());

@@ -10,6 +10,14 @@
 
 using namespace tarnwick;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+} // namespace
 
 class TextTest : public QObject {
     Q_OBJECT
@@ -17,138 +25,114 @@ class TextTest : public QObject {
     const QLocale english{QLocale::English, QLocale::UnitedStates};
 
 private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(english); }
+
     void byteCountsUseDecimalUnits() {
-        QCOMPARE(byteCount(0, english), QStringLiteral("0 bytes"));
-        QCOMPARE(byteCount(1, english), QStringLiteral("1 byte"));
-        QCOMPARE(byteCount(999, english), QStringLiteral("999 bytes"));
-        QCOMPARE(byteCount(48'000, english), QStringLiteral("48 kB"));
-        QCOMPARE(byteCount(1'234'567, english), QStringLiteral("1.2 MB"));
-        QCOMPARE(byteCount(4'700'000'000, english), QStringLiteral("4.7 GB"));
-        QCOMPARE(byteCount(220'000'000, english), QStringLiteral("220 MB"));
-        QCOMPARE(byteCount(48'300'000'000, english), QStringLiteral("48.3 GB"));
-        QCOMPARE(byteCount(999'999, english), QStringLiteral("1.0 MB"));
-        QCOMPARE(byteCount(std::numeric_limits<qint64>::max(), english), QStringLiteral("9.2 EB"));
+        const std::pair<qint64, const char*> cases[] = {
+            {0, "0 bytes"},          {1, "1 byte"},
+            {999, "999 bytes"},      {48'000, "48 kB"},
+            {1'234'567, "1.2 MB"},   {4'700'000'000, "4.7 GB"},
+            {220'000'000, "220 MB"}, {48'300'000'000, "48.3 GB"},
+            {999'999, "1.0 MB"},     {std::numeric_limits<qint64>::max(), "9.2 EB"}};
+        for (const auto& [bytes, text] : cases)
+            QCOMPARE(byteCount(bytes, english), QString::fromLatin1(text));
     }
 
     void percentagesAreWholeAndClamped() {
-        QCOMPARE(percentText(0.5, english), QStringLiteral("50%"));
-        QCOMPARE(percentText(0, english), QStringLiteral("0%"));
-        QCOMPARE(percentText(1, english), QStringLiteral("100%"));
-        QCOMPARE(percentText(0.996, english), QStringLiteral("100%"));
-        QCOMPARE(percentText(0.254, english), QStringLiteral("25%"));
-        QCOMPARE(percentText(std::numeric_limits<double>::quiet_NaN(), english),
-                 QStringLiteral("0%"));
+        const std::pair<double, const char*> cases[] = {{0.5, "50%"},   {0, "0%"},
+                                                        {1, "100%"},    {0.996, "100%"},
+                                                        {0.254, "25%"}, {notANumber, "0%"}};
+        for (const auto& [fraction, text] : cases)
+            QCOMPARE(percentText(fraction, english), QString::fromLatin1(text));
     }
 
     void rateIsShownOnlyWhenItIsAUsableByteCount() {
-        QCOMPARE(rateText(48'000, english), std::optional(QStringLiteral("48 kB/s")));
-        QCOMPARE(rateText(48'000.9, english), std::optional(QStringLiteral("48 kB/s")));
-        QCOMPARE(rateText(0, english), std::nullopt);
-        QCOMPARE(rateText(-5, english), std::nullopt);
-        QCOMPARE(rateText(std::numeric_limits<double>::infinity(), english), std::nullopt);
-        QCOMPARE(rateText(std::numeric_limits<double>::quiet_NaN(), english), std::nullopt);
-        QCOMPARE(rateText(9.3e18, english), std::nullopt);
-        QCOMPARE(rateText(9223372036854775808.0, english), std::nullopt);
+        QCOMPARE(rateText(48'000.9, english), std::optional(u"48 kB/s"_s));
         QVERIFY(rateText(9.2e18, english).has_value());
+        for (const double unusable : {0.0, -5.0, infinity, notANumber, 9223372036854775808.0})
+            QCOMPARE(rateText(unusable, english), std::nullopt);
     }
 
     void timeLeftComesFromTheRemainingBytesAndTheRate() {
         using Phase = TransferProgress::Phase;
-        QCOMPARE(timeLeftText({Phase::Uploading, 500, 1000, 100}),
-                 std::optional(QStringLiteral("About 5 s left")));
-        QCOMPARE(timeLeftText({Phase::Uploading, 0, 600'000, 1000}),
-                 std::optional(QStringLiteral("About 10 min left")));
-        QCOMPARE(timeLeftText({Phase::Uploading, 0, 4'000'000'000, 1'000'000}),
-                 std::optional(QStringLiteral("About 1 h 7 min left")));
-        QCOMPARE(timeLeftText({Phase::Uploading, 500, 1000, 0}), std::nullopt);
-        QCOMPARE(timeLeftText({Phase::Uploading, 1000, 1000, 100}), std::nullopt);
-        QCOMPARE(timeLeftText({Phase::Completed, 500, 1000, 100}), std::nullopt);
-        QCOMPARE(timeLeftText({Phase::Uploading, 0, 1000, std::numeric_limits<double>::infinity()}),
-                 std::nullopt);
+        const std::pair<TransferProgress, const char*> cases[] = {
+            {{Phase::Uploading, 500, 1000, 100}, "About 5 s left"},
+            {{Phase::Uploading, 0, 600'000, 1000}, "About 10 min left"},
+            {{Phase::Uploading, 0, 4'000'000'000, 1'000'000}, "About 1 h 7 min left"},
+            {{Phase::Uploading, 500, 1000, 0}, nullptr},
+            {{Phase::Uploading, 1000, 1000, 100}, nullptr},
+            {{Phase::Completed, 500, 1000, 100}, nullptr},
+            {{Phase::Uploading, 0, 1000, infinity}, nullptr}};
+        for (const auto& [progress, text] : cases)
+            QCOMPARE(timeLeftText(progress),
+                     text ? std::optional(QString::fromLatin1(text)) : std::nullopt);
     }
 
-    void machineStatusWordsAndSubtitle() {
-        QCOMPARE(statusWord(Machine::ConnectionStatus::Discovered), QStringLiteral("Available"));
-        QCOMPARE(statusWord(Machine::ConnectionStatus::Connecting), QStringLiteral("Connecting"));
-        QCOMPARE(statusWord(Machine::ConnectionStatus::Connected), QStringLiteral("Connected"));
-        QCOMPARE(statusWord(Machine::ConnectionStatus::Busy), QStringLiteral("Busy"));
-        QCOMPARE(statusWord(Machine::ConnectionStatus::Unavailable), QStringLiteral("Unavailable"));
-        const Machine known{QStringLiteral("Bench Mill"), QStringLiteral("M-200"),
-                            QStringLiteral("10.0.0.5"), 80, Machine::ConnectionStatus::Busy};
-        QCOMPARE(machineSubtitle(known), QStringLiteral("M-200 \u00B7 10.0.0.5:80"));
-        Machine unknown = known;
-        unknown.model.reset();
-        QCOMPARE(machineSubtitle(unknown), QStringLiteral("Model unknown \u00B7 10.0.0.5:80"));
-    }
-
-    void manualPortRules_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("accepted");
-        QTest::addColumn<int>("portUsed");
-        QTest::newRow("usual") << QStringLiteral("2222") << true << 2222;
-        QTest::newRow("zero") << QStringLiteral("0") << true << 0;
-        QTest::newRow("largest") << QStringLiteral("65535") << true << 65535;
-        QTest::newRow("plus sign") << QStringLiteral("+80") << true << 80;
-        QTest::newRow("leading zeros") << QStringLiteral("0080") << true << 80;
-        QTest::newRow("empty") << QString() << false << 2222;
-        QTest::newRow("too large") << QStringLiteral("70000") << false << 2222;
-        QTest::newRow("letters") << QStringLiteral("12a") << false << 2222;
-        QTest::newRow("minus") << QStringLiteral("-1") << false << 2222;
-        QTest::newRow("only plus") << QStringLiteral("+") << false << 2222;
-        QTest::newRow("blank") << QStringLiteral(" 80") << false << 2222;
-        QTest::newRow("huge") << QStringLiteral("99999999999999999999999") << false << 2222;
-        QTest::newRow("arabic-indic digits") << QStringLiteral("\u0662\u0662") << false << 2222;
+    void phaseTitlesStatusWordsAndSubtitle() {
+        using Phase = TransferProgress::Phase;
+        using Status = Machine::ConnectionStatus;
+        QCOMPARE(
+            (QStringList{phaseTitle(Phase::Preparing), phaseTitle(Phase::Uploading),
+                         phaseTitle(Phase::Completed), phaseTitle(Phase::Cancelled)}),
+            (QStringList{u"Preparing"_s, u"Uploading"_s, u"Upload complete"_s, u"Cancelled"_s}));
+        QCOMPARE((QStringList{statusWord(Status::Discovered), statusWord(Status::Connecting),
+                              statusWord(Status::Connected), statusWord(Status::Busy),
+                              statusWord(Status::Unavailable)}),
+                 (QStringList{u"Available"_s, u"Connecting"_s, u"Connected"_s, u"Busy"_s,
+                              u"Unavailable"_s}));
+        Machine machine{u"Bench Mill"_s, u"M-200"_s, u"10.0.0.5"_s, 80, Status::Busy};
+        QCOMPARE(machineSubtitle(machine), u"M-200 \u00B7 10.0.0.5:80"_s);
+        machine.model.reset();
+        QCOMPARE(machineSubtitle(machine), u"Model unknown \u00B7 10.0.0.5:80"_s);
     }
 
     void manualPortRules() {
-        QFETCH(QString, text);
-        QFETCH(bool, accepted);
-        QFETCH(int, portUsed);
-        QCOMPARE(canAddManualMachine(QStringLiteral("10.0.0.5"), text), accepted);
-        QCOMPARE(int(portForManualEntry(text)), portUsed);
-        QVERIFY(!canAddManualMachine(QString(), QStringLiteral("2222")));
+        // The text, whether "Add" takes it, and the port used for it.
+        const std::tuple<QString, bool, int> cases[] = {
+            {u"2222"_s, true, 2222},
+            {u"0"_s, true, 0},
+            {u"65535"_s, true, 65535},
+            {u"+80"_s, true, 80},
+            {u"0080"_s, true, 80},
+            {QString(), false, 2222},
+            {u"70000"_s, false, 2222},
+            {u"12a"_s, false, 2222},
+            {u"-1"_s, false, 2222},
+            {u"+"_s, false, 2222},
+            {u" 80"_s, false, 2222},
+            {u"\u0662\u0662"_s, false, 2222},
+            {u"99999999999999999999999"_s, false, 2222}};
+        for (const auto& [text, accepted, port] : cases) {
+            QVERIFY2(canAddManualMachine(u"10.0.0.5"_s, text) == accepted, qPrintable(text));
+            QCOMPARE(int(portForManualEntry(text)), port);
+        }
+        QVERIFY(!canAddManualMachine(QString(), u"2222"_s));
     }
 
     void updateAlertForms() {
-        const QUrl url(QStringLiteral("https://example.test/download"));
-        const UpdateAlertContent available =
-            updateAvailableAlert(QStringLiteral("1.4.2"), url, QStringLiteral("tarnwick.app"));
-        QCOMPARE(available.title, QStringLiteral("Update Available"));
-        QCOMPARE(available.message,
-                 QStringLiteral("Tarnwick 1.4.2 is available from tarnwick.app/quorle."));
-        QCOMPARE(available.downloadUrl, std::optional(url));
-        QCOMPARE(available.dismissButton, std::optional(QStringLiteral("Later")));
-
-        const UpdateAlertContent failed = updateFailedAlert(QStringLiteral("Host not found"));
-        QCOMPARE(failed.title, QStringLiteral("Update Check Failed"));
-        QCOMPARE(failed.message, QStringLiteral("Host not found"));
-        QCOMPARE(failed.downloadUrl, std::nullopt);
-        QCOMPARE(failed.dismissButton, std::optional(QStringLiteral("OK")));
-
-        const UpdateAlertContent current = upToDateAlert();
-        QCOMPARE(current.title, QStringLiteral("Up to Date"));
-        QCOMPARE(current.message,
-                 QStringLiteral("You are running the latest version of Tarnwick."));
-        QCOMPARE(current.dismissButton, std::optional(QStringLiteral("OK")));
-
-        const UpdateAlertContent none = noOutcomeAlert();
-        QCOMPARE(none.title, QStringLiteral("Updates"));
-        QVERIFY(none.message.isEmpty());
-        QCOMPARE(none.dismissButton, std::nullopt);
-        QCOMPARE(none.downloadUrl, std::nullopt);
+        const QUrl url(u"https://example.test/download"_s);
+        const UpdateAlertContent expected[] = {
+            {u"Update Available"_s, u"Tarnwick 1.4.2 is available from tarnwick.app/quorle."_s, url,
+             u"Later"_s, QMessageBox::Information},
+            {u"Update Check Failed"_s, u"Host not found"_s, std::nullopt, u"OK"_s,
+             QMessageBox::Warning},
+            {u"Up to Date"_s, u"You are running the latest version of Tarnwick."_s, std::nullopt,
+             u"OK"_s, QMessageBox::Information},
+            {u"Updates"_s, QString(), std::nullopt, std::nullopt, QMessageBox::NoIcon}};
+        const UpdateAlertContent actual[] = {
+            updateAvailableAlert(u"1.4.2"_s, url, u"tarnwick.app"_s),
+            updateFailedAlert(u"Host not found"_s), upToDateAlert(), noOutcomeAlert()};
+        for (size_t i = 0; i < std::size(expected); ++i)
+            QVERIFY2(actual[i] == expected[i], qPrintable(expected[i].title));
     }
 
     void aboutVersionLine() {
-        QCOMPARE(AboutView::versionLine(QStringLiteral("1.0.0"), QStringLiteral("7")),
-                 QStringLiteral("Version 1.0.0 (7)"));
-        QCOMPARE(AboutView::versionLine(std::nullopt, std::nullopt),
-                 QStringLiteral("Version \u2014 (\u2014)"));
-        QCOMPARE(AboutView::versionLine(QStringLiteral("2.1"), std::nullopt),
-                 QStringLiteral("Version 2.1 (\u2014)"));
+        QCOMPARE(AboutView::versionLine(u"1.0.0"_s, u"7"_s) + AboutView::versionLine({}, {}),
+                 u"Version 1.0.0 (7)Version \u2014 (\u2014)"_s);
     }
 
     void settingsText() {
-        QCOMPARE(SettingsView::explanation(QStringLiteral("updates.example")),
+        QCOMPARE(SettingsView::explanation(u"updates.example"_s),
                  QStringLiteral("At launch, Tarnwick asks updates.example/quorle whether a newer "
                                 "version is available. The request carries a random install "
                                 "identifier used only to count installs \u2014 nothing about you "

@@ -5,6 +5,7 @@
 #include "support/TestFiles.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QTemporaryDir>
 #include <QWidget>
 
@@ -12,14 +13,18 @@
 
 namespace tarnwick::testing {
 
-// A model over fake services and a store in a temporary folder, as the windows see it.
+using namespace Qt::StringLiterals;
+
+// A model over fake services and a store in a temporary folder, as the windows see it; the
+// store may hold a selection from an earlier run.
 class UiHarness {
 public:
-    UiHarness() {
+    explicit UiHarness(const std::optional<Machine>& storedSelection = std::nullopt) {
         auto fakeDiscoverer = std::make_unique<FakeDiscoverer>();
         auto fakeConnector = std::make_unique<FakeConnector>();
         discoverer = fakeDiscoverer.get();
         connector = fakeConnector.get();
+        AppPersistence(temporaryStore(dir)).setSelectedMachine(storedSelection);
         model = std::make_unique<AppModel>(std::move(fakeDiscoverer), std::move(fakeConnector),
                                            uploaders.factory(),
                                            std::make_unique<AppPersistence>(temporaryStore(dir)));
@@ -66,6 +71,15 @@ T* child(const QObject* parent, const QString& objectName) {
     if (!found)
         qFatal("no child named %s", qPrintable(objectName));
     return found;
+}
+
+// The text of the one label with that name that the user can see, or how many there are.
+inline QString shownText(const QWidget* parent, const QString& objectName) {
+    QStringList texts;
+    for (const QLabel* label : parent->findChildren<QLabel*>(objectName))
+        if (label->isVisibleTo(parent->window()))
+            texts.append(label->text());
+    return texts.size() == 1 ? texts.first() : u"<%1 shown>"_s.arg(texts.size());
 }
 
 } // namespace tarnwick::testing

@@ -1,15 +1,17 @@
 #include "UiHarness.h"
 #include "ui/ContentView.h"
+#include "ui/ElidedLabel.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/UploadConfirmationView.h"
 
-#include <QLabel>
+#include <QClipboard>
 #include <QPushButton>
 #include <QTest>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
 using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
 
 class UploadConfirmationTest : public QObject {
     Q_OBJECT
@@ -17,15 +19,13 @@ class UploadConfirmationTest : public QObject {
     std::unique_ptr<UiHarness> h;
     std::unique_ptr<ContentView> window;
     JobFile file;
-    const Machine machine =
-        UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("10.0.0.7"));
+    const Machine machine = UiHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
 
     UploadConfirmationView* present() {
         h->model->prepareUpload();
         UploadConfirmationView* sheet = nullptr;
         if (!QTest::qWaitFor([&] {
-                return (sheet = visibleWindow<UploadConfirmationView>(
-                            QStringLiteral("uploadConfirmation"))) != nullptr;
+                return (sheet = visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
             }))
             qFatal("the sheet did not appear");
         return sheet;
@@ -37,8 +37,8 @@ class UploadConfirmationTest : public QObject {
                          QDateTime::currentDateTimeUtc().addSecs(-secondsAgo)});
     }
 
-    static QString value(const QWidget* sheet, const QString& name) {
-        return child<QLabel>(sheet, name)->text();
+    static QString value(const QWidget* sheet, const char* name) {
+        return child<ElidedLabel>(sheet, QString::fromLatin1(name))->fullText();
     }
 
 private Q_SLOTS:
@@ -46,7 +46,7 @@ private Q_SLOTS:
 
     void init() {
         h = std::make_unique<UiHarness>();
-        file = h->jobFile(QStringLiteral("bracket.gcode"), 48'000);
+        file = h->jobFile(u"bracket.gcode"_s, 48'000);
         window = std::make_unique<ContentView>(*h->model);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
@@ -62,102 +62,95 @@ private Q_SLOTS:
 
     void withoutARecentUploadTheSheetIsShortAndUploadIsReady() {
         UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->size(), QSize(520, 350));
-        QVERIFY(sheet->isModal());
+        QCOMPARE(sheet->height(), 350);
         QCOMPARE(sheet->windowModality(), Qt::WindowModal);
-        QCOMPARE(value(sheet, QStringLiteral("sheetTitle")), QStringLiteral("Confirm upload"));
-        QCOMPARE(value(sheet, QStringLiteral("sheetNote")),
-                 QStringLiteral("This sends the file only. It will not start a job."));
-        QCOMPARE(value(sheet, QStringLiteral("destinationValue")), QStringLiteral("Bench Mill"));
-        QCOMPARE(value(sheet, QStringLiteral("addressValue")), QStringLiteral("10.0.0.7:2222"));
-        QCOMPARE(value(sheet, QStringLiteral("fileNameValue")), QStringLiteral("bracket.gcode"));
-        QCOMPARE(value(sheet, QStringLiteral("sizeValue")), QStringLiteral("48 kB"));
-        QCOMPARE(value(sheet, QStringLiteral("remotePathValue")),
-                 QStringLiteral("/sd/gcodes/bracket.gcode"));
-        QVERIFY(
-            child<QLabel>(sheet, QStringLiteral("addressValue"))->font().fixedPitch() ||
-            QFontInfo(child<QLabel>(sheet, QStringLiteral("addressValue"))->font()).fixedPitch());
-        QVERIFY(!child<QWidget>(sheet, QStringLiteral("duplicateWarning"))->isVisible());
-        auto* upload = child<QPushButton>(sheet, QStringLiteral("uploadButton"));
-        QVERIFY(upload->isEnabled());
-        QVERIFY(upload->isDefault());
-
+        QCOMPARE(shownText(sheet, u"sheetTitle"_s), u"Confirm upload"_s);
+        QCOMPARE(shownText(sheet, u"sheetNote"_s),
+                 u"This sends the file only. It will not start a job."_s);
+        const QList<std::pair<const char*, QString>> values{
+            {"destinationValue", u"Bench Mill"_s},
+            {"addressValue", u"10.0.0.7:2222"_s},
+            {"fileNameValue", u"bracket.gcode"_s},
+            {"sizeValue", u"48 kB"_s},
+            {"remotePathValue", u"/sd/gcodes/bracket.gcode"_s}};
+        for (const auto& [name, text] : values)
+            QCOMPARE(value(sheet, name), text);
+        // The intent, whatever face the system has: a monospaced one.
+        QCOMPARE(child<QLabel>(sheet, u"addressValue"_s)->font().styleHint(), QFont::Monospace);
+        QVERIFY(!child<QWidget>(sheet, u"duplicateWarning"_s)->isVisible());
+        auto* upload = child<QPushButton>(sheet, u"uploadButton"_s);
+        QVERIFY(upload->isEnabled() && upload->isDefault());
         QTest::keyClick(sheet, Qt::Key_Return);
         QCOMPARE(h->uploaders.made.size(), 1);
         QCOMPARE(h->uploaders.last()->file, std::optional(file));
-        QVERIFY(!h->model->showConfirmation());
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
     }
 
     void aRecentDuplicateNeedsUploadItAgain() {
         recordEarlierUpload(86'000);
         UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->size(), QSize(520, 430));
-        QVERIFY(child<QWidget>(sheet, QStringLiteral("duplicateWarning"))->isVisible());
-        QCOMPARE(
-            value(sheet, QStringLiteral("duplicateText")),
-            QStringLiteral("This exact file was uploaded to this machine in the last 24 hours."));
-        auto* again = child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch"));
-        QCOMPARE(again->text(), QStringLiteral("Upload it again"));
-        QVERIFY(!again->isChecked());
-        auto* upload = child<QPushButton>(sheet, QStringLiteral("uploadButton"));
+        QCOMPARE(sheet->height(), 430);
+        QCOMPARE(shownText(sheet, u"duplicateText"_s),
+                 u"This exact file was uploaded to this machine in the last 24 hours."_s);
+        auto* again = child<ToggleSwitch>(sheet, u"uploadAgainSwitch"_s);
+        QCOMPARE(again->text(), u"Upload it again"_s);
+        auto* upload = child<QPushButton>(sheet, u"uploadButton"_s);
         QVERIFY(!upload->isEnabled());
         QTest::keyClick(sheet, Qt::Key_Return);
         QCOMPARE(h->uploaders.made.size(), 0);
-
         QTest::mouseClick(again, Qt::LeftButton);
         QVERIFY(upload->isEnabled());
         QTest::mouseClick(again, Qt::LeftButton);
         QVERIFY(!upload->isEnabled());
+        // Each presentation starts with the switch off.
         QTest::mouseClick(again, Qt::LeftButton);
-        QTest::mouseClick(upload, Qt::LeftButton);
+        QTest::keyClick(sheet, Qt::Key_Escape);
+        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
+        sheet = present();
+        again = child<ToggleSwitch>(sheet, u"uploadAgainSwitch"_s);
+        QVERIFY(!again->isChecked());
+        QTest::mouseClick(again, Qt::LeftButton);
+        QTest::mouseClick(child<QPushButton>(sheet, u"uploadButton"_s), Qt::LeftButton);
         QCOMPARE(h->uploaders.made.size(), 1);
-        QVERIFY(h->model->isUploading());
     }
 
-    void anOlderUploadIsNoDuplicate() {
-        recordEarlierUpload(86'401);
-        UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->height(), 350);
-        QVERIFY(child<QPushButton>(sheet, QStringLiteral("uploadButton"))->isEnabled());
-    }
-
-    void escapeClosesWithoutUploading() {
-        UploadConfirmationView* sheet = present();
-        QTest::keyClick(sheet, Qt::Key_Escape);
-        QVERIFY(!h->model->showConfirmation());
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
+    void escapeAndCancelCloseWithoutUploading() {
+        for (const bool byKey : {true, false}) {
+            UploadConfirmationView* sheet = present();
+            if (byKey)
+                QTest::keyClick(sheet, Qt::Key_Escape);
+            else
+                QTest::mouseClick(child<QPushButton>(sheet, u"cancelButton"_s), Qt::LeftButton);
+            QVERIFY(!h->model->showConfirmation());
+            QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
+        }
         QCOMPARE(h->uploaders.made.size(), 0);
-        QVERIFY(!h->model->isUploading());
         QCOMPARE(h->model->progress(), std::nullopt);
-
-        sheet = present();
-        QTest::mouseClick(child<QPushButton>(sheet, QStringLiteral("cancelButton")),
-                          Qt::LeftButton);
-        QVERIFY(!h->model->showConfirmation());
-        QCOMPARE(h->uploaders.made.size(), 0);
     }
 
-    void eachPresentationStartsWithTheSwitchOff() {
-        recordEarlierUpload(10);
+    void longNamesElideAndTheRemotePathCopiesWhole() {
+        const QString name = QString(200, QLatin1Char('x')) + u".nc"_s;
+        h->model->chooseFile(h->jobFile(name));
         UploadConfirmationView* sheet = present();
-        QTest::mouseClick(child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch")),
-                          Qt::LeftButton);
-        QTest::keyClick(sheet, Qt::Key_Escape);
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation")));
-        sheet = present();
-        QVERIFY(!child<ToggleSwitch>(sheet, QStringLiteral("uploadAgainSwitch"))->isChecked());
-        QVERIFY(!child<QPushButton>(sheet, QStringLiteral("uploadButton"))->isEnabled());
+        QCOMPARE(sheet->width(), 520);
+        for (const char* label : {"fileNameValue", "remotePathValue"}) {
+            auto* shown = child<ElidedLabel>(sheet, QString::fromLatin1(label));
+            QVERIFY2(shown->text().contains(QChar(0x2026)), label);
+            QVERIFY2(shown->mapTo(sheet, QPoint(shown->width(), 0)).x() <= sheet->width(), label);
+            QVERIFY2(shown->toolTip() == shown->fullText(), label);
+        }
+        auto* remotePath = child<ElidedLabel>(sheet, u"remotePathValue"_s);
+        remotePath->setFocus();
+        QTest::keyClick(remotePath, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"/sd/gcodes/"_s + name);
     }
 
     void absentValuesAreDashes() {
         UiHarness empty;
         UploadConfirmationView sheet(*empty.model);
-        const QString dash = QStringLiteral("\u2014");
         for (const char* name :
              {"destinationValue", "addressValue", "fileNameValue", "sizeValue", "remotePathValue"})
-            QCOMPARE(value(&sheet, QString::fromLatin1(name)), dash);
-        QCOMPARE(sheet.height(), 350);
+            QCOMPARE(value(&sheet, name), u"\u2014"_s);
     }
 };
 

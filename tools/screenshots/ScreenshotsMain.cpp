@@ -1,14 +1,18 @@
 // Renders the windows in their key states, over fake services, to PNG files: the main window
-// (empty, machines listed, file chosen, uploading, complete, failed), the confirmation sheet with
-// and without the duplicate warning, About and Settings, each in a light and a dark palette.
+// (empty, machines listed, file chosen, uploading, complete, failed with its alert and after it,
+// a 200-character name), the confirmation sheet with and without the duplicate warning and with
+// the long name, the update-failure alert, About and Settings, each in a light and a dark palette.
 // With --icons DIR it renders the application icon at the sizes desktops ask for instead.
 
-#include "../UiHarness.h"
 #include "ui/AboutView.h"
 #include "ui/ContentView.h"
 #include "ui/Icons.h"
 #include "ui/SettingsView.h"
+#include "ui/UiHarness.h"
+#include "ui/UpdateAlert.h"
 #include "ui/UploadConfirmationView.h"
+#include "update/FeedServer.h"
+#include "update/UpdateChecker.h"
 
 #include <QApplication>
 #include <QDir>
@@ -169,6 +173,45 @@ void shootAppearance(const QString& folder, const QString& appearance, const QPa
     auto* alert = visibleWindow<QMessageBox>(QStringLiteral("errorAlert"));
     shooter.save(Shooter::withDialog(&window, alert), QStringLiteral("main-failed"));
     alert->close();
+    // The failure made the app check the machine again; it does not answer either.
+    Q_EMIT h.connector->checks.last()->failed(UploadError::timedOut());
+    settle();
+    shooter.save(window.grab().toImage(), QStringLiteral("main-failed-after-alert"));
+
+    const QString longName =
+        QStringLiteral("walnut-tray-") + QString(180, QLatin1Char('x')) + QStringLiteral("-final");
+    const Machine longMachine{longName, QStringLiteral("M-200"), QStringLiteral("192.168.1.41"),
+                              2222, Machine::ConnectionStatus::Discovered};
+    h.model->discover();
+    Q_EMIT h.discoverer->scans.last()->machineFound(longMachine);
+    Q_EMIT h.discoverer->scans.last()->finished();
+    h.model->selectMachine(longMachine);
+    Q_EMIT h.connector->checks.last()->finished();
+    h.model->chooseFile(h.jobFile(longName + QStringLiteral(".nc"), 1'250'000));
+    settle();
+    shooter.save(window.grab().toImage(), QStringLiteral("main-long-name"));
+    h.model->prepareUpload();
+    settle();
+    sheet = visibleWindow<UploadConfirmationView>(QStringLiteral("uploadConfirmation"));
+    shooter.save(Shooter::withDialog(&window, sheet), QStringLiteral("sheet-long-name"));
+    sheet->reject();
+    settle();
+
+    // A feed that refuses the connection, as an unreachable update host does.
+    FeedServer feed;
+    feed.respond(0, QByteArray());
+    QTemporaryDir checkerDir;
+    UpdateChecker checker(temporaryStore(checkerDir), QStringLiteral("1.0"), nullptr, feed.url);
+    UpdateAlert updateAlert(checker, &window);
+    checker.check(true);
+    QMessageBox* updateFailure = nullptr;
+    if (!QTest::qWaitFor([&] {
+            return (updateFailure = visibleWindow<QMessageBox>(QStringLiteral("updateAlert")));
+        }))
+        qFatal("the update alert did not appear");
+    settle();
+    shooter.save(Shooter::withDialog(&window, updateFailure), QStringLiteral("update-failed"));
+    updateFailure->close();
 
     AboutView about;
     about.show();
