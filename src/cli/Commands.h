@@ -16,5 +16,6 @@ int runScan(const QStringList& arguments);
 int runCheck(const QStringList& arguments);
 int runCheckUpdate(const QStringList& arguments);
 int runUpload(const QStringList& arguments);
+int runInspect(const QStringList& arguments);
 
 } // namespace tarnwick::cli

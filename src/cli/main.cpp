@@ -16,6 +16,7 @@ const std::array commands{
     Command{"scan", "Lists the machines that announce themselves on the local network", runScan},
     Command{"check", "Checks that a machine accepts a connection", runCheck},
     Command{"upload", "Sends a job file to a machine without starting it", runUpload},
+    Command{"inspect", "Shows what a job file will do: moves, extents, tools, time", runInspect},
     Command{"check-update", "Asks the update feed whether a newer version exists", runCheckUpdate},
 };
 
