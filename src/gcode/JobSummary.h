@@ -88,6 +88,8 @@ struct JobSummary {
     QList<Warning> warnings;
     bool partial = false;
 
+    friend bool operator==(const JobSummary&, const JobSummary&) = default;
+
     // Both kinds of move together, or nothing when there is no move.
     std::optional<Extents> allExtents() const;
 };
