@@ -67,6 +67,12 @@ public:
     void upload(bool duplicateConfirmed);
     void cancelUpload();
 
+    // The preview's reader of job files; without one no file is analysed.
+    void setJobAnalyser(std::unique_ptr<JobAnalysing> analyser);
+    // The analysis of the selected file, running or ended. A new choice replaces (and so ends)
+    // the previous one.
+    JobAnalysis* jobAnalysis() const { return m_jobAnalysis; }
+
     AppPersistence& persistence() { return *m_persistence; }
     // The time that upload records and the duplicate window are measured with.
     void setClock(Clock clock) { m_now = std::move(clock); }
@@ -84,6 +90,7 @@ Q_SIGNALS:
     void showConfirmationChanged();
     void checkingFractionChanged();
     void noticeChanged();
+    void jobAnalysisChanged();
 
 private:
     void checkConnection();
@@ -92,6 +99,7 @@ private:
     void finishUpload(const Machine& machine, const JobFile& file);
     void failUpload(const Error& error, const JobFile& file);
     void endUpload();
+    void analyseSelectedFile();
 
     template <typename T>
     void assign(T& field, T value, void (AppModel::*changed)());
@@ -123,6 +131,8 @@ private:
 
     QPointer<MachineScan> m_scan;
     QPointer<FileUploading> m_uploader;
+    std::unique_ptr<JobAnalysing> m_jobAnalyser;
+    QPointer<JobAnalysis> m_jobAnalysis;
 };
 
 } // namespace tarnwick
