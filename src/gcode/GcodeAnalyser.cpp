@@ -293,7 +293,7 @@ void GcodeAnalyser::run(Block& block) {
     }
     if (block.has('T'))
         m_selectedTool = int(block.value('T'));
-    bool spindleWasOn = m_spindleOn;
+    const bool spindleWasOn = m_spindleOn;
     for (int index = 0; index < block.mcodeCount; ++index) {
         const int code = block.mcodes[size_t(index)];
         if (code == 20 || code == 300)
@@ -313,29 +313,29 @@ void GcodeAnalyser::run(Block& block) {
     }
 }
 
-bool GcodeAnalyser::applyGcode(int code, Block& block) {
+void GcodeAnalyser::applyGcode(int code, Block& block) {
     switch (code) {
     case 0:
         m_motion = Motion::Rapid;
-        return true;
+        return;
     case 10:
         m_motion = Motion::Linear;
-        return true;
+        return;
     case 20:
         m_motion = Motion::Clockwise;
-        return true;
+        return;
     case 30:
         m_motion = Motion::CounterClockwise;
-        return true;
+        return;
     case 170:
         m_plane = Plane::XY;
-        return true;
+        return;
     case 180:
         m_plane = Plane::ZX;
-        return true;
+        return;
     case 190:
         m_plane = Plane::YZ;
-        return true;
+        return;
     case 200:
     case 210: {
         const bool inches = code == 200;
@@ -347,32 +347,32 @@ bool GcodeAnalyser::applyGcode(int code, Block& block) {
             warn(Warning::Kind::MixedUnits);
         }
         m_scale = inches ? mmPerInch : 1;
-        return true;
+        return;
     }
     case 280:
     case 300:
         block.axisUse = Block::AxisUse::Reference;
         block.referenceWord = codeWord('G', code);
-        return true;
+        return;
     case 281:
     case 301:
     case 100:
         block.axisUse = Block::AxisUse::Setting;
-        return true;
+        return;
     case 530:
         block.machineCoordinates = true;
-        return true;
+        return;
     case 800:
         m_motion = Motion::None;
-        return true;
+        return;
     case 900:
     case 910:
         m_incremental = code == 910;
-        return true;
+        return;
     case 901:
     case 911:
         m_absoluteCentres = code == 901;
-        return true;
+        return;
     case 40:
     case 400:
     case 430:
@@ -394,7 +394,7 @@ bool GcodeAnalyser::applyGcode(int code, Block& block) {
     case 970:
     case 980:
     case 990:
-        return true;
+        return;
     case 382:
     case 383:
     case 384:
@@ -422,10 +422,9 @@ bool GcodeAnalyser::applyGcode(int code, Block& block) {
         break;
     }
     warn(Warning::Kind::Unsupported, codeWord('G', code));
-    return false;
 }
 
-bool GcodeAnalyser::applyMcode(int code) {
+void GcodeAnalyser::applyMcode(int code) {
     switch (code) {
     case 0:
     case 10:
@@ -434,21 +433,20 @@ bool GcodeAnalyser::applyMcode(int code) {
     case 90:
     case 480:
     case 490:
-        return true;
+        return;
     case 30:
     case 40:
         m_spindleOn = true;
-        return true;
+        return;
     case 50:
         m_spindleOn = false;
-        return true;
+        return;
     case 60:
         if (m_selectedTool >= 0 && !m_summary.tools.contains(m_selectedTool))
             m_summary.tools.append(m_selectedTool);
-        return true;
+        return;
     default:
         warn(Warning::Kind::Unsupported, codeWord('M', code));
-        return false;
     }
 }
 

@@ -34,8 +34,8 @@ private:
     void readLine(const char* begin, const char* end);
     bool parse(const char* begin, const char* end, Block& block);
     void run(Block& block);
-    bool applyGcode(int code, Block& block);
-    bool applyMcode(int code);
+    void applyGcode(int code, Block& block);
+    void applyMcode(int code);
     void move(Block& block);
     void moveArc(const Block& block, const Point3& start, const Point3& end);
     // Widens the extents of the move's kind by the box of two corners, and adds up its time.
