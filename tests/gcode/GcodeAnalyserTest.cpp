@@ -89,6 +89,14 @@ private Q_SLOTS:
         QTest::newRow("inch arc")
             << "G20 M3 F1\nG0 X1 Y0 Z0\nG2 I-1\n"_ba
             << u"2; cut -25.4 -25.4 0 / 25.4 25.4 0; rapid 25.4 0 0 / 25.4 0 0"_s;
+        QTest::newRow("numbers") << head + "G0 X-.5 Y+1. Z0\nG0 X0001.2500 Y2\n"
+                                 << u"2; cut none; rapid -0.5 1 0 / 1.25 2 0"_s;
+        QTest::newRow("rotary only, offset move")
+            << head + "G0 G43 Z15 H1\nG1 A90\n"
+            << u"2; cut 0 0 15 / 0 0 15; rapid 0 0 15 / 0 0 15"_s;
+        QTest::newRow("arc end within tolerance")
+            << head + "G0 X10 Y0 Z0\nG3 X-10.004 I-10\n"
+            << u"2; cut -10.004 0 0 / 10 10 0; rapid 10 0 0 / 10 0 0"_s;
         QTest::newRow("syntax")
             << "%\nN10 g21 g0 x 1 0 . 5 y-2 z0 (move) ; X99\r\n/G0 X3*57\n%\n"_ba
             << u"2; cut none; rapid 3 -2 0 / 10.5 -2 0"_s;
@@ -144,6 +152,13 @@ private Q_SLOTS:
             << u"Line 2: G83 is not supported, so the analysis is partial. x1\n"
                u"Line 3: G41 is not supported, so the analysis is partial. x1\n"
                u"Line 4: G81 is not supported, so the analysis is partial. x1"_s
+            << true;
+        QTest::newRow("unknown words")
+            << head + "G0 E5\nU1\nG7\nM7 M123\n"
+            << u"Line 2: E is not supported, so the analysis is partial. x1\n"
+               u"Line 3: U is not supported, so the analysis is partial. x1\n"
+               u"Line 4: G7 is not supported, so the analysis is partial. x1\n"
+               u"Line 5: M123 is not supported, so the analysis is partial. x1"_s
             << true;
         QTest::newRow("malformed")
             << head + "G1 X\nG1 X1 X2\nG1 (open\n$H\nG1.55\nG80 X1\n"
