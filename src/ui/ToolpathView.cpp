@@ -1,6 +1,7 @@
 #include "ui/ToolpathView.h"
 
 #include "ui/Style.h"
+#include "ui/ToolpathRaster.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -11,7 +12,6 @@ namespace tarnwick::ui {
 
 namespace {
 
-using Stroke = gcode::PathSketch::Stroke;
 using Vertex = gcode::PathSketch::Vertex;
 
 constexpr qreal margin = 14;
@@ -59,51 +59,30 @@ void ToolpathView::paintEvent(QPaintEvent*) {
 }
 
 void ToolpathView::render() {
-    m_drawing = QPixmap(size() * devicePixelRatioF());
-    m_drawing.setDevicePixelRatio(devicePixelRatioF());
-    m_drawing.fill(Qt::transparent);
-    QPainter painter(&m_drawing);
-    painter.setRenderHint(QPainter::Antialiasing, false);
-
+    const qreal ratio = devicePixelRatioF();
+    const QSize pixels = size() * ratio;
     const QRectF bounds = boundsWithOrigin(m_vertices);
-    const QRectF area = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
-    const qreal span = std::max({bounds.width(), bounds.height(), 1e-9});
+    const QRectF area =
+        QRectF(QPointF(0, 0), QSizeF(pixels))
+            .adjusted(margin * ratio, margin * ratio, -margin * ratio, -margin * ratio);
+    // A path along one axis still gets a scale from the other.
+    const qreal span = std::max({bounds.width(), bounds.height(), 1e-6});
     const qreal scale = std::min(area.width() / std::max(bounds.width(), span * 1e-3),
                                  area.height() / std::max(bounds.height(), span * 1e-3));
     // Centred, with y growing upwards as on the machine's table.
-    const QPointF offset(area.center().x() - bounds.center().x() * scale,
-                         area.center().y() + bounds.center().y() * scale);
-    const auto map = [&](qreal x, qreal y) {
-        return QPointF(offset.x() + x * scale, offset.y() - y * scale);
-    };
+    QTransform toPixels;
+    toPixels.translate(area.center().x(), area.center().y());
+    toPixels.scale(scale, -scale);
+    toPixels.translate(-bounds.center().x(), -bounds.center().y());
 
-    const QColor cut = style::accent(this);
-    const QColor rapid = style::withAlpha(style::secondaryText(this), 0.55);
-    // Consecutive segments of one kind go out as one polyline.
-    QPolygonF run;
-    Stroke runStroke = Stroke::Rapid;
-    const auto flush = [&] {
-        if (run.size() > 1) {
-            painter.setPen(QPen(runStroke == Stroke::Cut ? cut : rapid, 1));
-            painter.drawPolyline(run);
-        }
-        run.clear();
-    };
-    for (size_t index = 0; index < m_vertices.size(); ++index) {
-        const Vertex& vertex = m_vertices[index];
-        const QPointF point = map(vertex.x, vertex.y);
-        if (index > 0 && vertex.stroke != runStroke) {
-            const QPointF last = run.isEmpty() ? point : run.back();
-            flush();
-            run << last;
-            runStroke = vertex.stroke;
-        }
-        run << point;
-    }
-    flush();
+    m_drawing =
+        QPixmap::fromImage(rasteriseToolpath(m_vertices, toPixels, pixels, style::accent(this),
+                                             style::withAlpha(style::secondaryText(this), 0.55)));
+    m_drawing.setDevicePixelRatio(ratio);
 
+    QPainter painter(&m_drawing);
     painter.setRenderHint(QPainter::Antialiasing, true);
-    const QPointF origin = map(0, 0);
+    const QPointF origin = toPixels.map(QPointF(0, 0)) / ratio;
     painter.setPen(QPen(style::orange(), 1.5));
     painter.drawLine(origin - QPointF(originSize, 0), origin + QPointF(originSize, 0));
     painter.drawLine(origin - QPointF(0, originSize), origin + QPointF(0, originSize));

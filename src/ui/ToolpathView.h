@@ -11,7 +11,8 @@ namespace tarnwick::ui {
 
 // The toolpath from above, scaled to fit with its aspect ratio kept and the origin marked:
 // cuts in the accent colour, rapid moves faint. The drawing is made once per size and palette,
-// so painting costs a copy whatever the file's size.
+// so painting costs a copy whatever the file's size; making it costs the path's length in
+// pixels.
 class ToolpathView : public QWidget {
     Q_OBJECT
 
