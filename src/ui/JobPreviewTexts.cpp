@@ -28,7 +28,13 @@ QList<JobPreviewTexts::Row> JobPreviewTexts::rows(const JobSummary& summary,
             return tr("None");
         const Point3 box = extents->size();
         //: Width × depth × height of a box, then the unit of length.
-        return tr("%1 × %2 × %3 %4").arg(length(box.x), length(box.y), length(box.z), lengthUnit);
+        const QString inUnits =
+            tr("%1 × %2 × %3 %4").arg(length(box.x), length(box.y), length(box.z), lengthUnit);
+        if (!inches)
+            return inUnits;
+        const auto mm = [&](double value) { return locale.toString(value, 'f', 1); };
+        //: A box in inches, then the same in millimetres.
+        return tr("%1 (%2 × %3 × %4 mm)").arg(inUnits, mm(box.x), mm(box.y), mm(box.z));
     };
     const auto range = [&](const std::optional<Range>& value, double divisor, int places,
                            const QString& unit) {

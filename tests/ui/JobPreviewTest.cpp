@@ -49,10 +49,12 @@ private Q_SLOTS:
                u"Units: Millimetres, absolute and incremental\nTools: T2\n"
                u"Spindle: 9,000 to 12,000 rpm\nFeed: 300 mm/min\nTime: about 30 s\n"
                u"Moves: 4\nLines: 5"_s;
-        QTest::newRow("inch, none") << "G20 F20\nG1 X2\n(end)\n"_ba
-                                    << u"Cuts: 0.000 × 0.000 × 0.000 in\nRapid moves: None\n"
-                                       u"Units: Inches, absolute\nTools: None\nSpindle: None\n"
-                                       u"Feed: 20.0 in/min\nTime: about 0 s\nMoves: 1\nLines: 3"_s;
+        QTest::newRow("inch, no tools")
+            << "G20 F20\nG0 X0 Y0 Z0.1\nG1 X2 Y1 Z-0.4\n"_ba
+            << u"Cuts: 2.000 × 1.000 × 0.500 in (50.8 × 25.4 × 12.7 mm)\n"
+               u"Rapid moves: 0.000 × 0.000 × 0.000 in (0.0 × 0.0 × 0.0 mm)\n"
+               u"Units: Inches, absolute\nTools: None\nSpindle: None\n"
+               u"Feed: 20.0 in/min\nTime: about 7 s\nMoves: 2\nLines: 3"_s;
     }
     void showsFactsInTheFilesUnits() {
         QFETCH(QByteArray, program);
