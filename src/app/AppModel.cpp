@@ -206,6 +206,7 @@ std::optional<Error> AppModel::addManualMachine(const QString& ipAddress, quint1
 void AppModel::chooseFile(const JobFile& file) {
     m_selectedFile = file;
     Q_EMIT selectedFileChanged();
+    analyseSelectedFile();
 
     QList<JobFile> recent = m_recentFiles;
     recent.removeIf([&](const JobFile& f) { return f.url == file.url; });
@@ -214,6 +215,19 @@ void AppModel::chooseFile(const JobFile& file) {
         recent.resize(maximumRecentFiles);
     setRecentFiles(std::move(recent));
     m_persistence->setRecentFiles(m_recentFiles);
+}
+
+void AppModel::setJobAnalyser(std::unique_ptr<JobAnalysing> analyser) {
+    m_jobAnalyser = std::move(analyser);
+    analyseSelectedFile();
+}
+
+void AppModel::analyseSelectedFile() {
+    // Deleting the running analysis ends it without a word, so only the new one reports.
+    delete m_jobAnalysis;
+    if (m_jobAnalyser && m_selectedFile)
+        m_jobAnalysis = m_jobAnalyser->analyse(*m_selectedFile, this);
+    Q_EMIT jobAnalysisChanged();
 }
 
 void AppModel::prepareUpload() {

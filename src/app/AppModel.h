@@ -79,6 +79,12 @@ public:
     void upload(bool duplicateConfirmed);
     void cancelUpload();
 
+    // The preview's reader of job files; without one no file is analysed.
+    void setJobAnalyser(std::unique_ptr<JobAnalysing> analyser);
+    // The analysis of the selected file, running or ended. A new choice replaces (and so ends)
+    // the previous one.
+    JobAnalysis* jobAnalysis() const { return m_jobAnalysis; }
+
     AppPersistence& persistence() { return *m_persistence; }
     // The time that upload records and the duplicate window are measured with.
     void setClock(Clock clock) { m_now = std::move(clock); }
@@ -97,6 +103,7 @@ Q_SIGNALS:
     void checkingFractionChanged();
     void noticeChanged();
     void isMachineListFullChanged();
+    void jobAnalysisChanged();
 
 private:
     void restoreRecentFiles();
@@ -110,6 +117,7 @@ private:
     void finishUpload(const Machine& machine, const JobFile& file);
     void failUpload(const Error& error, const Machine& machine, const JobFile& file);
     void endUpload();
+    void analyseSelectedFile();
 
     template <typename T>
     void assign(T& field, T value, void (AppModel::*changed)());
@@ -147,6 +155,8 @@ private:
 
     QPointer<MachineScan> m_scan;
     QPointer<FileUploading> m_uploader;
+    std::unique_ptr<JobAnalysing> m_jobAnalyser;
+    QPointer<JobAnalysis> m_jobAnalysis;
 };
 
 } // namespace tarnwick

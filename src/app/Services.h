@@ -6,6 +6,7 @@
 #include "app/TransferProgress.h"
 
 #include <QObject>
+#include <QVariant>
 
 #include <chrono>
 #include <functional>
@@ -84,5 +85,27 @@ Q_SIGNALS:
 };
 
 using UploaderFactory = std::function<std::unique_ptr<FileUploading>()>;
+
+// Reads one job file for its preview: progress() while it reads, then finished() once result()
+// holds what was found, or failed() when the file cannot be read.
+class JobAnalysis : public Operation {
+    Q_OBJECT
+
+public:
+    using Operation::Operation;
+
+    // The analysis, in a type that only the analyser and the views that show it know; empty
+    // until finished().
+    virtual QVariant result() const = 0;
+
+Q_SIGNALS:
+    void progress(double fraction);
+};
+
+class JobAnalysing {
+public:
+    virtual ~JobAnalysing() = default;
+    virtual JobAnalysis* analyse(const JobFile& file, QObject* parent) = 0;
+};
 
 } // namespace tarnwick

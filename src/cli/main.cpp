@@ -4,6 +4,7 @@
 #include "cli/CheckUpdateCommand.h"
 #include "cli/Console.h"
 #include "cli/HistoryCommand.h"
+#include "cli/InspectCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/UploadCommand.h"
 #include "i18n/Translations.h"
@@ -24,6 +25,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(std::make_unique<CheckCommand>());
     commands.push_back(std::make_unique<UploadCommand>());
     commands.push_back(std::make_unique<HistoryCommand>());
+    commands.push_back(std::make_unique<InspectCommand>());
     commands.push_back(std::make_unique<CheckUpdateCommand>());
     return commands;
 }

@@ -4,6 +4,7 @@
 #include "ui/AlertText.h"
 #include "ui/DestinationCard.h"
 #include "ui/FileCard.h"
+#include "ui/JobPreviewView.h"
 #include "ui/MachineSidebar.h"
 #include "ui/RecentFilesView.h"
 #include "ui/RoundedPanel.h"
@@ -126,6 +127,8 @@ QWidget* ContentView::makeDetailColumn() {
     auto* file = new SectionBox(tr("Job file"), QStringLiteral("doc.badge.plus"), fileCard, column);
     file->setObjectName(QStringLiteral("fileSection"));
     layout->addWidget(file);
+    layout->addWidget(
+        new SectionBox(tr("Preview"), QStringLiteral("eye"), new JobPreviewView(m_model), column));
 
     m_transferCard = new TransferCard(m_model);
     m_transferSection =

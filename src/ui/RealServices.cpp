@@ -6,14 +6,17 @@
 #include "discovery/LANMachineDiscoverer.h"
 #include "discovery/NetworkMachineConnector.h"
 #include "transfer/MakeraFileUploader.h"
+#include "ui/FileJobAnalyser.h"
 #include "update/UpdateChecker.h"
 
 namespace tarnwick::ui {
 
 std::unique_ptr<AppModel> makeAppModel() {
-    return std::make_unique<AppModel>(
+    auto model = std::make_unique<AppModel>(
         std::make_unique<LANMachineDiscoverer>(), std::make_unique<NetworkMachineConnector>(),
         MakeraFileUploader::factory(), std::make_unique<AppPersistence>(openStandardStore()));
+    model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
+    return model;
 }
 
 std::unique_ptr<UpdateChecker> makeUpdateChecker() {

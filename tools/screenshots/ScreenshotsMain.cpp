@@ -6,6 +6,7 @@
 
 #include "ui/AboutView.h"
 #include "ui/ContentView.h"
+#include "ui/FileJobAnalyser.h"
 #include "ui/Icons.h"
 #include "ui/SettingsView.h"
 #include "ui/UiHarness.h"
@@ -18,6 +19,7 @@
 #include <QDir>
 #include <QMessageBox>
 #include <QPainter>
+#include <QScrollArea>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTest>
@@ -95,6 +97,45 @@ private:
 
 void settle() {
     QTest::qWait(30);
+}
+
+// A tray: a contour with rounded corners, a circular pocket in rings of full circles, and the
+// rapids between them.
+QByteArray trayProgram() {
+    QByteArray program = "G21 G90 G17\nT1 M6\nS16000 M3\nG0 X0 Y0 Z5\nG0 X5 Y0\nG1 Z-2 F600\n"
+                         "G1 X95\nG3 X100 Y5 R5\nG1 Y55\nG3 X95 Y60 R5\nG1 X5\nG3 X0 Y55 R5\n"
+                         "G1 Y5\nG3 X5 Y0 R5\nG0 Z5\nT2 M6\n";
+    for (int ring = 1; ring <= 8; ++ring)
+        program += QStringLiteral("G0 X%1 Y30\nG1 Z-6 F300\nG2 X%1 Y30 I%2 J0\nG0 Z5\n")
+                       .arg(30 - ring * 2.5)
+                       .arg(ring * 2.5)
+                       .toLatin1();
+    for (int row = 0; row <= 20; ++row)
+        program += QStringLiteral("G1 X%1 Y%2 Z-1 F1200\nX%3\n")
+                       .arg(row % 2 ? 90 : 55)
+                       .arg(12 + row * 1.8)
+                       .arg(row % 2 ? 55 : 90)
+                       .toLatin1();
+    return program + "G0 Z20\nM5\nM30\n";
+}
+
+// The preview of a finished analysis, scrolled into view below the job file card.
+void shootPreview(Shooter& shooter, const QString& name, const QByteArray& program) {
+    UiHarness h;
+    h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
+    ContentView window(*h.model);
+    window.resize(1080, 900);
+    window.show();
+    if (!QTest::qWaitForWindowExposed(&window))
+        qFatal("the window did not appear");
+    h.model->chooseFile(
+        JobFile::fromUrl(writeFile(h.dir, name + QStringLiteral(".nc"), program)).value());
+    if (!QTest::qWaitFor([&] { return h.model->jobAnalysis()->result().isValid(); }))
+        qFatal("the analysis did not finish");
+    auto* preview = window.findChild<QWidget*>(QStringLiteral("jobPreview"));
+    window.findChild<QScrollArea*>()->ensureWidgetVisible(preview, 0, 0);
+    settle();
+    shooter.save(window.grab().toImage(), name);
 }
 
 void shootAppearance(const QString& folder, const QString& appearance, const QPalette& palette) {
@@ -217,6 +258,10 @@ void shootAppearance(const QString& folder, const QString& appearance, const QPa
     about.show();
     settle();
     shooter.save(about.grab().toImage(), QStringLiteral("about"));
+
+    shootPreview(shooter, QStringLiteral("preview"), trayProgram());
+    shootPreview(shooter, QStringLiteral("preview-warnings"),
+                 "G0 X0 Y0 Z5\nG1 Z-1 F400\nG1 X40 Y25\nO100 CALL\nG2 X80 Y0 R-30\n");
 
     QTemporaryDir settingsDir;
     SettingsView settings(temporaryStore(settingsDir));

@@ -1,0 +1,117 @@
+#include "app/Services.h"
+#include "gcode/PathSketch.h"
+#include "ui/FileJobAnalyser.h"
+#include "ui/ToolpathView.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+// The desktop preview's timings, medians of five runs:
+//   build-release/bin/bench_preview
+// - draw: the toolpath drawn anew at 900 x 560 from a sketch at its full vertex budget, the
+//   most a paint can ever cost (a paint without a size or palette change copies a pixmap);
+// - ready: from choosing a 50 MB raster-finishing program to its analysis being shown;
+// - stall: the longest the main thread went without running a 1 ms timer meanwhile.
+
+using namespace tarnwick;
+
+namespace {
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+std::vector<gcode::PathSketch::Vertex> fullSketch() {
+    std::vector<gcode::PathSketch::Vertex> vertices;
+    for (int index = 0; index < gcode::PathSketch::defaultBudget; ++index) {
+        const auto stroke =
+            index % 7 ? gcode::PathSketch::Stroke::Cut : gcode::PathSketch::Stroke::Rapid;
+        vertices.push_back(
+            {float(200 * std::sin(index * 0.37)), float(index % 1500 * 0.1), stroke});
+    }
+    return vertices;
+}
+
+QByteArray rasterProgram(qsizetype size) {
+    QByteArray program = "G21 G90 G17\nT1 M6\nS18000 M3\nG0 X0 Y0 Z5\nG1 Z-1 F1500\n";
+    for (int row = 0; program.size() < size; ++row)
+        for (int step = 0; step < 2000; ++step)
+            program += QByteArray("X") +
+                       QByteArray::number(row % 2 ? 200 - step * 0.1 : step * 0.1, 'f', 3) + " Y" +
+                       QByteArray::number(row * 0.1, 'f', 3) + " Z" +
+                       QByteArray::number(-1 + 0.5 * std::sin(step * 0.01), 'f', 3) + '\n';
+    return program;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QTextStream out(stdout);
+
+    ui::ToolpathView view;
+    view.resize(900, 560);
+    const auto sketch = fullSketch();
+    std::vector<double> draws;
+    for (int run = 0; run < 5; ++run) {
+        view.setPath(sketch);
+        QElapsedTimer timer;
+        timer.start();
+        view.grab();
+        draws.push_back(timer.nsecsElapsed() / 1e6);
+    }
+    out << "draw-ms " << median(draws) << Qt::endl;
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("raster.nc"));
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(rasterProgram(50'000'000)) < 0)
+            return 1;
+    }
+    const JobFile job = JobFile::fromUrl(QUrl::fromLocalFile(path)).value();
+    ui::FileJobAnalyser analyser;
+    std::vector<double> readies;
+    std::vector<double> stalls;
+    for (int run = 0; run < 5; ++run) {
+        QElapsedTimer sinceChoice;
+        QElapsedTimer sinceTick;
+        double longest = 0;
+        QTimer ticker;
+        ticker.setTimerType(Qt::PreciseTimer);
+        ticker.setInterval(1);
+        QObject::connect(&ticker, &QTimer::timeout, [&] {
+            longest = std::max(longest, sinceTick.nsecsElapsed() / 1e6);
+            sinceTick.start();
+        });
+        sinceChoice.start();
+        sinceTick.start();
+        ticker.start();
+        JobAnalysis* analysis = analyser.analyse(job, &application);
+        QEventLoop loop;
+        QObject::connect(analysis, &Operation::finished, &loop, [&] {
+            view.setPath(analysis->result().value<ui::JobAnalysisResult>()->sketch);
+            view.grab();
+            loop.quit();
+        });
+        QObject::connect(analysis, &Operation::failed, &loop, [&] { loop.exit(1); });
+        if (loop.exec() != 0)
+            return 1;
+        readies.push_back(sinceChoice.nsecsElapsed() / 1e6);
+        stalls.push_back(longest);
+        delete analysis;
+    }
+    out << "ready-ms " << median(readies) << "\nstall-ms " << median(stalls) << Qt::endl;
+    return 0;
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <vector>
+
+namespace tarnwick::gcode {
+
+// The toolpath seen from above, reduced as it grows so that it never holds more than its
+// budget of vertices: points closer together than the current step merge, and the step
+// doubles whenever the budget fills. What is lost is finer than a drawing of the whole path
+// could show.
+class PathSketch {
+public:
+    enum class Stroke : quint8 {
+        Rapid,
+        Cut
+    };
+    // The stroke is that of the segment arriving at the vertex; the first vertex is where the
+    // path begins.
+    struct Vertex {
+        float x;
+        float y;
+        Stroke stroke;
+    };
+
+    static constexpr qsizetype defaultBudget = 32768;
+
+    explicit PathSketch(qsizetype budget = defaultBudget);
+
+    void lineTo(double x, double y, Stroke stroke);
+    // Adds the last point that was held back while it was close to its predecessor.
+    void finish();
+
+    const std::vector<Vertex>& vertices() const { return m_vertices; }
+
+private:
+    void add(const Vertex& vertex);
+    void reduce();
+
+    qsizetype m_budget;
+    std::vector<Vertex> m_vertices;
+    Vertex m_pending{};
+    bool m_hasPending = false;
+    double m_step = 0;
+};
+
+} // namespace tarnwick::gcode

@@ -1,0 +1,142 @@
+#include "ui/JobPreviewView.h"
+
+#include "app/AppModel.h"
+#include "ui/FileJobAnalyser.h"
+#include "ui/JobPreviewTexts.h"
+#include "ui/Style.h"
+#include "ui/ToolpathView.h"
+
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace tarnwick::ui {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A file read faster than this shows its result without a flash of progress.
+constexpr auto progressDelay = 300ms;
+constexpr int shownWarnings = 6;
+
+} // namespace
+
+JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model)
+    , m_toolpath(new ToolpathView(this))
+    , m_status(new QLabel(this))
+    , m_progress(new QProgressBar(this))
+    , m_progressDelay(new QTimer(this))
+    , m_details(new QWidget(this))
+    , m_facts(new QFormLayout)
+    , m_warnings(new QLabel(this)) {
+    setObjectName(QStringLiteral("jobPreview"));
+    m_toolpath->setObjectName(QStringLiteral("toolpath"));
+    m_status->setObjectName(QStringLiteral("previewStatus"));
+    m_status->setWordWrap(true);
+    style::makeSecondary(m_status);
+    m_progress->setObjectName(QStringLiteral("previewProgress"));
+    m_progress->setRange(0, 1000);
+    m_progress->setTextVisible(false);
+    m_progressDelay->setSingleShot(true);
+    m_progressDelay->setInterval(progressDelay);
+    connect(m_progressDelay, &QTimer::timeout, m_progress, &QWidget::show);
+    m_warnings->setObjectName(QStringLiteral("previewWarnings"));
+    m_warnings->setWordWrap(true);
+    m_warnings->setTextFormat(Qt::PlainText);
+    m_warnings->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    style::setTextColor(m_warnings, style::orange());
+
+    m_facts->setContentsMargins(0, 0, 0, 0);
+    m_facts->setHorizontalSpacing(12);
+    m_facts->setVerticalSpacing(4);
+    m_facts->setLabelAlignment(Qt::AlignLeft);
+    auto* details = new QVBoxLayout(m_details);
+    details->setContentsMargins(0, 0, 0, 0);
+    details->setSpacing(10);
+    details->addLayout(m_facts);
+    details->addWidget(m_warnings);
+    details->addStretch(1);
+
+    auto* side = new QVBoxLayout;
+    side->setSpacing(8);
+    side->addWidget(m_status);
+    side->addWidget(m_progress);
+    side->addWidget(m_details, 1);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->setSpacing(16);
+    layout->addWidget(m_toolpath, 3);
+    layout->addLayout(side, 2);
+
+    connect(&m_model, &AppModel::jobAnalysisChanged, this,
+            [this] { follow(m_model.jobAnalysis()); });
+    follow(m_model.jobAnalysis());
+}
+
+void JobPreviewView::follow(JobAnalysis* analysis) {
+    m_analysis = analysis;
+    m_toolpath->setPath({});
+    m_progress->hide();
+    m_progress->setValue(0);
+    m_progressDelay->stop();
+    if (!analysis) {
+        showStatus(tr("Choose a job file to see what it will cut."));
+        return;
+    }
+    showStatus(tr("Reading the file\u2026"));
+    m_progressDelay->start();
+    connect(analysis, &JobAnalysis::progress, this,
+            [this](double fraction) { m_progress->setValue(int(fraction * 1000)); });
+    connect(analysis, &Operation::finished, this, &JobPreviewView::showResult);
+    connect(analysis, &Operation::failed, this, [this](const Error& error) {
+        m_progressDelay->stop();
+        m_progress->hide();
+        showStatus(tr("The file could not be read: %1").arg(error.description()));
+    });
+}
+
+void JobPreviewView::showStatus(const QString& text) {
+    m_status->setText(text);
+    m_status->show();
+    m_details->hide();
+}
+
+void JobPreviewView::showResult() {
+    m_progressDelay->stop();
+    m_progress->hide();
+    const auto result = m_analysis ? m_analysis->result().value<JobAnalysisResult>() : nullptr;
+    if (!result)
+        return;
+    const gcode::JobSummary& summary = result->summary;
+    while (m_facts->rowCount() > 0)
+        m_facts->removeRow(0);
+    for (const JobPreviewTexts::Row& row : JobPreviewTexts::rows(summary)) {
+        auto* label = new QLabel(row.label);
+        style::makeSecondary(label);
+        auto* value = new QLabel(row.value);
+        value->setObjectName(QStringLiteral("previewFact"));
+        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        m_facts->addRow(label, value);
+    }
+    QStringList warnings;
+    if (summary.partial)
+        warnings << JobPreviewTexts::partialNote();
+    for (const gcode::Warning& warning :
+         summary.warnings.first(std::min<qsizetype>(summary.warnings.size(), shownWarnings)))
+        warnings << warning.description();
+    if (summary.warnings.size() > shownWarnings)
+        warnings << tr("Warnings not shown: %1.").arg(summary.warnings.size() - shownWarnings);
+    m_warnings->setText(warnings.join(u'\n'));
+    m_warnings->setVisible(!warnings.isEmpty());
+    m_toolpath->setPath(result->sketch);
+    m_status->hide();
+    m_details->show();
+}
+
+} // namespace tarnwick::ui

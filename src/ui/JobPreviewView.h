@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class QFormLayout;
+class QLabel;
+class QProgressBar;
+class QTimer;
+
+namespace tarnwick {
+class AppModel;
+class JobAnalysis;
+} // namespace tarnwick
+
+namespace tarnwick::ui {
+
+class ToolpathView;
+
+// What the selected job file will do: its toolpath from above beside its extents, units,
+// tools, time and warnings. It follows the model's analysis of the selected file.
+class JobPreviewView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit JobPreviewView(AppModel& model, QWidget* parent = nullptr);
+
+private:
+    void follow(JobAnalysis* analysis);
+    void showStatus(const QString& text);
+    void showResult();
+
+    AppModel& m_model;
+    QPointer<JobAnalysis> m_analysis;
+    ToolpathView* m_toolpath;
+    QLabel* m_status;
+    QProgressBar* m_progress;
+    QTimer* m_progressDelay;
+    QWidget* m_details;
+    QFormLayout* m_facts;
+    QLabel* m_warnings;
+};
+
+} // namespace tarnwick::ui

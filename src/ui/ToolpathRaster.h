@@ -1,0 +1,20 @@
+#pragma once
+
+#include "gcode/PathSketch.h"
+
+#include <QColor>
+#include <QImage>
+#include <QTransform>
+
+#include <vector>
+
+namespace tarnwick::ui {
+
+// The path as the pixels show it: each segment sets the pixels it crosses in a mask, cuts
+// over rapid moves, and the mask becomes one image. Its cost is the path's length in pixels
+// plus one pass over the image, however many times the path goes over the same place, where a
+// painter would blend every line.
+QImage rasteriseToolpath(const std::vector<gcode::PathSketch::Vertex>& vertices,
+                         const QTransform& toPixels, QSize size, QColor cut, QColor rapid);
+
+} // namespace tarnwick::ui

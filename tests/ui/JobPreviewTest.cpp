@@ -1,0 +1,115 @@
+#include "UiHarness.h"
+#include "gcode/GcodeAnalyser.h"
+#include "ui/FileJobAnalyser.h"
+#include "ui/JobPreviewTexts.h"
+#include "ui/JobPreviewView.h"
+#include "ui/Style.h"
+
+#include <QLabel>
+#include <QTest>
+
+using namespace tarnwick;
+using namespace tarnwick::testing;
+using namespace tarnwick::ui;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QLocale english(QLocale::English, QLocale::UnitedStates);
+
+QString facts(const QList<JobPreviewTexts::Row>& rows) {
+    QStringList lines;
+    for (const JobPreviewTexts::Row& row : rows)
+        lines << row.label + u": "_s + row.value;
+    return lines.join(u'\n');
+}
+
+QString shown(const QWidget* parent, const QString& objectName) {
+    QStringList texts;
+    for (const QLabel* label : parent->findChildren<QLabel*>(objectName))
+        if (label->isVisibleTo(parent))
+            texts << label->text();
+    return texts.join(u'|');
+}
+
+} // namespace
+
+class JobPreviewTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(english); }
+
+    void showsFactsInTheFilesUnits_data() {
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("mm")
+            << "G21 T2 M6 S9000 M3\nG0 X0 Y0 Z5\nG1 Z-1.5 F300\nG1 X120 Y80\nS12000 G91 X1\n"_ba
+            << u"Cuts: 121.0 × 80.0 × 6.5 mm\nRapid moves: 0.0 × 0.0 × 0.0 mm\n"
+               u"Units: Millimetres, absolute and incremental\nTools: T2\n"
+               u"Spindle: 9,000 to 12,000 rpm\nFeed: 300 mm/min\nTime: about 30 s\n"
+               u"Moves: 4\nLines: 5"_s;
+        QTest::newRow("inch, no tools")
+            << "G20 F20\nG0 X0 Y0 Z0.1\nG1 X2 Y1 Z-0.4\n"_ba
+            << u"Cuts: 2.000 × 1.000 × 0.500 in (50.8 × 25.4 × 12.7 mm)\n"
+               u"Rapid moves: 0.000 × 0.000 × 0.000 in (0.0 × 0.0 × 0.0 mm)\n"
+               u"Units: Inches, absolute\nTools: None\nSpindle: None\n"
+               u"Feed: 20.0 in/min\nTime: about 7 s\nMoves: 2\nLines: 3"_s;
+    }
+    void showsFactsInTheFilesUnits() {
+        QFETCH(QByteArray, program);
+        QFETCH(QString, expected);
+        gcode::GcodeAnalyser analyser;
+        analyser.feed(program.constData(), program.size());
+        QCOMPARE(facts(JobPreviewTexts::rows(analyser.finish(), english)), expected);
+    }
+
+    void roundsTheTime_data() {
+        QTest::addColumn<double>("seconds");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("seconds") << 59.4 << u"59 s"_s;
+        QTest::newRow("minutes") << 89.0 << u"1 min"_s;
+        QTest::newRow("hours") << 4320.0 << u"1 h 12 min"_s;
+    }
+    void roundsTheTime() {
+        QFETCH(double, seconds);
+        QFETCH(QString, expected);
+        QCOMPARE(JobPreviewTexts::duration(seconds, english), expected);
+    }
+
+    // The view follows each new choice; the path is drawn in the accent colour.
+    void followsTheChosenFile() {
+        UiHarness h;
+        h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
+        JobPreviewView view(*h.model);
+        view.resize(640, 300);
+        view.show();
+        QCOMPARE(shown(&view, u"previewStatus"_s), u"Choose a job file to see what it will cut."_s);
+
+        h.model->chooseFile(JobFile::fromUrl(writeFile(h.dir, u"a.nc"_s, "G1 X9\n")).value());
+        QPointer<JobAnalysis> first = h.model->jobAnalysis();
+        h.model->chooseFile(
+            JobFile::fromUrl(
+                writeFile(h.dir, u"b.nc"_s, "G21 M3 F100\nG0 X0 Y0 Z0\nG1 X50 Y20\nO7\n"))
+                .value());
+        QVERIFY(first.isNull());
+        QTRY_VERIFY(shown(&view, u"previewFact"_s)
+                        .startsWith(u"50.0 × 20.0 × 0.0 mm|0.0 × 0.0 × 0.0 mm|"_s));
+        QCOMPARE(shown(&view, u"previewWarnings"_s),
+                 JobPreviewTexts::partialNote() +
+                     u"\nLine 4: O is not supported, so the analysis is partial."_s);
+        const QImage drawing = view.findChild<QWidget*>(u"toolpath"_s)->grab().toImage();
+        bool accent = false;
+        for (int y = 0; y < drawing.height() && !accent; ++y)
+            for (int x = 0; x < drawing.width() && !accent; ++x)
+                accent = drawing.pixelColor(x, y) == style::accent(&view);
+        QVERIFY(accent);
+
+        QFile::remove(h.model->selectedFile()->url.toLocalFile());
+        h.model->chooseFile(*h.model->selectedFile());
+        QTRY_VERIFY(shown(&view, u"previewStatus"_s).startsWith(u"The file could not be read: "_s));
+    }
+};
+
+QTEST_MAIN(JobPreviewTest)
+#include "JobPreviewTest.moc"
