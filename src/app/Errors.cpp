@@ -11,6 +11,9 @@ QString UploadError::description() const {
     case Kind::Cancelled:
         return QStringLiteral("The upload was cancelled.");
     case Kind::TimedOut:
+        if (!m_message.isEmpty())
+            return QStringLiteral("The machine did not respond before the upload timed out. ") +
+                   m_message;
         return QStringLiteral("The machine did not respond before the upload timed out.");
     }
     Q_UNREACHABLE();
