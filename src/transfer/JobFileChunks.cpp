@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QtConcurrent>
 
+#include <algorithm>
+
 namespace tarnwick {
 
 namespace {

@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QHashFunctions>
 
+#include <algorithm>
+
 namespace tarnwick {
 
 namespace {
