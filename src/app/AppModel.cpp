@@ -271,6 +271,10 @@ void AppModel::upload(bool duplicateConfirmed) {
     uploader->setParent(this);
     m_uploader = uploader;
     connect(uploader, &FileUploading::progress, this, &AppModel::setProgress);
+    connect(uploader, &FileUploading::checking, this, [this](qint64 checked, qint64 total) {
+        assign(m_checkingFraction, std::optional(double(checked) / double(total)),
+               &AppModel::checkingFractionChanged);
+    });
     connect(uploader, &Operation::finished, this,
             [this, machine, file] { finishUpload(machine, file); });
     connect(uploader, &Operation::failed, this,
@@ -310,6 +314,7 @@ void AppModel::failUpload(const Error& error, const Machine& machine, const JobF
 }
 
 void AppModel::endUpload() {
+    assign(m_checkingFraction, std::optional<double>(), &AppModel::checkingFractionChanged);
     setUploading(false);
     if (m_uploader) {
         m_uploader->disconnect(this);
@@ -336,6 +341,8 @@ void AppModel::setSelectedMachine(const std::optional<Machine>& machine) {
 }
 
 void AppModel::setProgress(const std::optional<TransferProgress>& progress) {
+    // Checking the file is over once the upload reports anything else.
+    assign(m_checkingFraction, std::optional<double>(), &AppModel::checkingFractionChanged);
     assign(m_progress, progress, &AppModel::progressChanged);
 }
 

@@ -24,6 +24,9 @@ public:
     }
     static UploadError cancelled() { return {Kind::Cancelled, {}}; }
     static UploadError timedOut() { return {Kind::TimedOut, {}}; }
+    // A time-out after which the machine may still hold the whole file: `note` follows the
+    // time-out's own text.
+    static UploadError timedOut(QString note) { return {Kind::TimedOut, std::move(note)}; }
 
     Kind kind() const { return m_kind; }
     const QString& message() const { return m_message; }

@@ -1,8 +1,10 @@
 #include "protocol/MakeraConnection.h"
 
+#include "protocol/DeadlineTimer.h"
+#include "protocol/SocketPeek.h"
+
 #include <QCoreApplication>
 #include <QTcpSocket>
-#include <QTimer>
 
 namespace tarnwick {
 
@@ -13,11 +15,6 @@ constexpr qint64 readSize = 65536;
 QString closedByPeer() {
     return QCoreApplication::translate("tarnwick::MakeraConnection",
                                        "The machine closed the connection.");
-}
-
-// Qt's timers may fire a little early; a deadline is only reached once it has expired.
-void restartUntil(QTimer* timer, const QDeadlineTimer& deadline) {
-    timer->start(std::chrono::milliseconds(deadline.remainingTime() + 1));
 }
 
 } // namespace
@@ -40,16 +37,13 @@ MakeraConnection::MakeraConnection(QString host, quint16 port, QObject* parent)
     , m_host(std::move(host))
     , m_port(port)
     , m_socket(new QTcpSocket(this))
-    , m_connectTimer(new QTimer(this))
-    , m_waitTimer(new QTimer(this))
+    , m_connectTimer(new DeadlineTimer(this))
+    , m_waitTimer(new DeadlineTimer(this))
     , m_readBuffer(readSize, Qt::Uninitialized) {
-    for (QTimer* timer : {m_connectTimer, m_waitTimer}) {
-        timer->setSingleShot(true);
-        timer->setTimerType(Qt::PreciseTimer);
-    }
-    QObject::connect(m_connectTimer, &QTimer::timeout, this,
+    QObject::connect(m_connectTimer, &DeadlineTimer::expired, this,
                      &MakeraConnection::connectDeadlineReached);
-    QObject::connect(m_waitTimer, &QTimer::timeout, this, &MakeraConnection::waitDeadlineReached);
+    QObject::connect(m_waitTimer, &DeadlineTimer::expired, this,
+                     &MakeraConnection::waitDeadlineReached);
 
     QObject::connect(m_socket, &QTcpSocket::connected, this, &MakeraConnection::socketConnected);
     QObject::connect(m_socket, &QTcpSocket::errorOccurred, this, &MakeraConnection::socketFailed);
@@ -72,21 +66,31 @@ void MakeraConnection::connect(std::chrono::milliseconds timeout) {
         settleConnect(UploadError::cancelled());
         return;
     }
-    m_connectDeadline = QDeadlineTimer(timeout, Qt::PreciseTimer);
     m_connectTimer->start(timeout);
-    m_socket->connectToHost(m_host, m_port);
+    // Unbuffered, so that each read can first look at what waits: Qt's own reading would report
+    // a reset as an orderly close.
+    m_socket->connectToHost(m_host, m_port, QIODevice::ReadWrite | QIODevice::Unbuffered);
 }
 
 std::optional<Error> MakeraConnection::send(const MakeraPacket& packet) {
     const Result<QByteArray> frame = packet.encoded();
     if (!frame.ok())
         return frame.error();
+    // A reset that has arrived is the cause; the write it would refuse is only its echo.
+    receiveAvailable();
+    if (m_peerGone && m_failure)
+        return *m_failure;
     if (m_socket->state() != QAbstractSocket::ConnectedState) {
+        if (m_failure && !m_failure->isUploadError(UploadError::Kind::Cancelled))
+            return *m_failure;
         return PlatformError{PlatformError::Domain::Network, int(QAbstractSocket::OperationError),
                              QAbstractSocket::tr("Socket is not connected")};
     }
-    if (m_socket->write(frame.value()) != frame.value().size())
+    if (m_socket->write(frame.value()) != frame.value().size()) {
+        if (m_socket->state() != QAbstractSocket::ConnectedState && m_failure)
+            return *m_failure;
         return socketError(m_socket->error());
+    }
     m_socket->flush();
     return std::nullopt;
 }
@@ -107,7 +111,6 @@ void MakeraConnection::nextPacket(std::chrono::milliseconds timeout) {
         return;
     }
     m_isWaiting = true;
-    m_waitDeadline = QDeadlineTimer(timeout, Qt::PreciseTimer);
     m_waitTimer->start(timeout);
 }
 
@@ -132,6 +135,8 @@ void MakeraConnection::socketConnected() {
     if (m_connectState != ConnectState::Connecting)
         return;
     m_isReading = true;
+    // Every reply is small and awaited: holding it back for an acknowledgement only adds delay.
+    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     settleConnect(std::nullopt);
     receiveAvailable();
 }
@@ -143,11 +148,9 @@ void MakeraConnection::socketFailed(QAbstractSocket::SocketError error) {
         fail(failure);
         return;
     }
-    if (error == QAbstractSocket::RemoteHostClosedError) {
-        socketClosed();
-        return;
-    }
-    // Bytes that came with the error are still delivered, before it.
+    // Bytes that came with the error are still delivered, before it; an orderly close or a reset
+    // seen there is recorded first. Here the remote-host-closed error comes from a refused write,
+    // which is a reset too.
     receiveAvailable();
     m_isReading = false;
     fail(socketError(error));
@@ -157,19 +160,32 @@ void MakeraConnection::socketClosed() {
     if (!m_isReading)
         return;
     receiveAvailable();
-    m_isReading = false;
-    fail(UploadError::invalidResponse(closedByPeer()));
+    if (m_isReading)
+        peerEnded(UploadError::invalidResponse(closedByPeer()));
 }
 
 void MakeraConnection::receiveAvailable() {
-    if (!m_isReading)
-        return;
-    while (m_socket->bytesAvailable() > 0) {
+    while (m_isReading) {
+        const PendingInput pending = peekSocket(m_socket->socketDescriptor());
+        if (pending.kind == PendingInput::Kind::Closed)
+            return peerEnded(UploadError::invalidResponse(closedByPeer()));
+        if (pending.kind == PendingInput::Kind::Failed)
+            return peerEnded(PlatformError{PlatformError::Domain::Network,
+                                           int(QAbstractSocket::NetworkError), pending.failure});
+        // Also when nothing waits: an unbuffered socket listens again only after a read.
         const qint64 count = m_socket->read(m_readBuffer.data(), readSize);
         if (count <= 0)
-            break;
+            return;
         ingest(QByteArrayView(m_readBuffer.constData(), count));
     }
+}
+
+void MakeraConnection::peerEnded(const Error& error) {
+    m_isReading = false;
+    m_peerGone = true;
+    fail(error);
+    // Lets the socket see the end as well, so that its state follows.
+    m_socket->read(m_readBuffer.data(), readSize);
 }
 
 void MakeraConnection::ingest(QByteArrayView bytes) {
@@ -213,10 +229,6 @@ void MakeraConnection::settleConnect(std::optional<Error> failure) {
 void MakeraConnection::connectDeadlineReached() {
     if (m_connectState != ConnectState::Connecting)
         return;
-    if (!m_connectDeadline.hasExpired()) {
-        restartUntil(m_connectTimer, m_connectDeadline);
-        return;
-    }
     settleConnect(UploadError::timedOut());
 }
 
@@ -234,10 +246,6 @@ void MakeraConnection::deliverWaitFailure(Error error) {
 void MakeraConnection::waitDeadlineReached() {
     if (!m_isWaiting)
         return;
-    if (!m_waitDeadline.hasExpired()) {
-        restartUntil(m_waitTimer, m_waitDeadline);
-        return;
-    }
     m_isWaiting = false;
     deliverWaitFailure(UploadError::timedOut());
 }

@@ -7,7 +7,6 @@
 #include "protocol/MakeraPacket.h"
 
 #include <QAbstractSocket>
-#include <QDeadlineTimer>
 #include <QObject>
 
 #include <chrono>
@@ -15,9 +14,10 @@
 #include <optional>
 
 class QTcpSocket;
-class QTimer;
 
 namespace tarnwick {
+
+class DeadlineTimer;
 
 // One TCP connection to one controller, for one upload. Every outcome arrives as a signal from
 // the event loop, never from inside the call that asked for it, so the receiver may delete the
@@ -37,7 +37,8 @@ public:
     void connect(std::chrono::milliseconds timeout);
 
     // Hands the whole frame to the socket at once; an oversized packet fails before any I/O.
-    // Works after cancel(), so that a cancel packet can still go out.
+    // Works after cancel(), so that a cancel packet can still go out. Once the peer has gone it
+    // fails with the failure the connection recorded first, not with the refused write.
     std::optional<Error> send(const MakeraPacket& packet);
 
     // One reader at a time. Emits exactly one of packetReceived(packet) / waitFailed(error): the
@@ -72,6 +73,7 @@ private:
     void socketFailed(QAbstractSocket::SocketError error);
     void socketClosed();
     void receiveAvailable();
+    void peerEnded(const Error& error);
     void ingest(QByteArrayView bytes);
     void fail(const Error& error);
 
@@ -86,10 +88,8 @@ private:
     const QString m_host;
     const quint16 m_port;
     QTcpSocket* m_socket;
-    QTimer* m_connectTimer;
-    QTimer* m_waitTimer;
-    QDeadlineTimer m_connectDeadline;
-    QDeadlineTimer m_waitDeadline;
+    DeadlineTimer* m_connectTimer;
+    DeadlineTimer* m_waitTimer;
     QByteArray m_readBuffer;
 
     MakeraFrameParser m_parser;
@@ -97,6 +97,8 @@ private:
     std::optional<Error> m_failure;
     ConnectState m_connectState = ConnectState::NotStarted;
     bool m_isReading = false;
+    // The peer closed or reset the connection: nothing more can be sent or received.
+    bool m_peerGone = false;
     bool m_isWaiting = false;
     bool m_isClosed = false;
 };

@@ -40,6 +40,7 @@ QString packetTypeName(MakeraPacketType type) {
 
 PacketLog::PacketLog(const QString& path)
     : m_file(path) {
+    m_clock.start();
     if (!path.isEmpty() && !m_file.open(QIODevice::WriteOnly | QIODevice::Append))
         qWarning("tarnwick-sim: cannot write the log %s: %s", qUtf8Printable(path),
                  qUtf8Printable(m_file.errorString()));
@@ -49,7 +50,8 @@ void PacketLog::record(const MakeraPacket& packet) {
     if (!m_file.isOpen())
         return;
     m_file.write(packetTypeName(packet.type).toLatin1() + ' ' +
-                 QByteArray::number(packet.payload.size()) + '\n');
+                 QByteArray::number(packet.payload.size()) + ' ' +
+                 QByteArray::number(m_clock.nsecsElapsed() / 1000) + '\n');
     m_file.flush();
 }
 

@@ -2,6 +2,7 @@
 
 #include "protocol/MakeraPacket.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 
 namespace tarnwick::sim {
@@ -9,8 +10,9 @@ namespace tarnwick::sim {
 // The name of a packet type as the log writes it, e.g. "fileCancel".
 QString packetTypeName(MakeraPacketType type);
 
-// One line per packet received, "TYPE PAYLOAD-BYTES", flushed at once so that a reader sees
-// every packet that arrived before it looked. Does nothing without a file.
+// One line per packet received, "TYPE PAYLOAD-BYTES MICROSECONDS" (the arrival, counted from the
+// log's start on a monotonic clock), flushed at once so that a reader sees every packet that
+// arrived before it looked. Does nothing without a file.
 class PacketLog {
 public:
     explicit PacketLog(const QString& path);
@@ -20,6 +22,7 @@ public:
 
 private:
     QFile m_file;
+    QElapsedTimer m_clock;
 };
 
 } // namespace tarnwick::sim

@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStringDecoder>
 #include <QtEndian>
 
@@ -13,6 +12,12 @@
 #include <cstdio>
 #include <numeric>
 #include <thread>
+
+#ifdef Q_OS_WIN
+#include <winsock2.h>
+#else
+#include <sys/socket.h>
+#endif
 
 namespace tarnwick::sim {
 
@@ -121,7 +126,8 @@ void SimConnection::answerProbe(const MakeraPacket& packet) {
 }
 
 void SimConnection::startUpload(const QByteArray& command) {
-    m_chatterTimer.stop();
+    if (!m_options.chatterDuringUpload)
+        m_chatterTimer.stop();
     m_state = State::AwaitingOpeningMD5;
     m_name.clear();
     m_chunksArrived = 0;
@@ -182,9 +188,14 @@ void SimConnection::viewArrived(const MakeraPacket& packet) {
         std::reverse(m_order.begin(), m_order.end());
     }
     m_nextIndex = 0;
-    if (m_content.size() != m_chunkCount * m_chunkSize) {
-        m_content = QByteArray(m_chunkCount * m_chunkSize, Qt::Uninitialized);
-        m_received = QBitArray(int(m_chunkCount));
+    if (qint64(m_received.size()) != m_chunkCount) {
+        const QString folder = m_options.storeDirectory + QStringLiteral("/partial");
+        m_partial.close();
+        m_partial.setFileName(folder + QLatin1Char('/') + m_name);
+        if (!QDir().mkpath(folder) || !m_partial.open(QIODevice::ReadWrite | QIODevice::Truncate))
+            return refuse(
+                QStringLiteral("cannot store %1: %2").arg(m_name, m_partial.errorString()));
+        m_received.assign(size_t(m_chunkCount), false);
     }
     m_state = State::AwaitingChunk;
     if (m_chunksArrived == 0 && applyFaults(0))
@@ -200,17 +211,14 @@ void SimConnection::chunkArrived(const MakeraPacket& packet) {
         return refuse(QStringLiteral("the reply for chunk %1 is wrong").arg(m_requested));
 
     const qint64 index = m_requested - 1;
-    std::memcpy(m_content.data() + index * m_chunkSize, payload.constData() + 4,
-                size_t(payload.size() - 4));
-    m_received.setBit(int(index));
+    if (!storeChunk(index, QByteArrayView(payload).sliced(4)))
+        return refuse(QStringLiteral("cannot store %1: %2").arg(m_name, m_partial.errorString()));
     if (isLast)
         m_contentSize = index * m_chunkSize + payload.size() - 4;
-    while (m_hashedChunks < m_chunkCount && m_received.testBit(int(m_hashedChunks)) &&
-           (m_hashedChunks + 1 < m_chunkCount || m_contentSize > 0)) {
-        const qint64 start = m_hashedChunks * m_chunkSize;
-        const qint64 end = m_hashedChunks + 1 == m_chunkCount ? m_contentSize : start + m_chunkSize;
-        m_hash.addData(QByteArrayView(m_content.constData() + start, end - start));
+    if (index == m_hashedChunks) {
+        m_hash.addData(QByteArrayView(payload).sliced(4));
         ++m_hashedChunks;
+        hashStoredChunks();
     }
     m_lastReply = packet;
     ++m_chunksArrived;
@@ -230,7 +238,40 @@ void SimConnection::repeatArrived(const MakeraPacket& packet) {
     requestNextChunk();
 }
 
-bool SimConnection::applyFaults(int chunks) {
+bool SimConnection::storeChunk(qint64 index, QByteArrayView bytes) {
+    if (!m_partial.seek(index * m_chunkSize) ||
+        m_partial.write(bytes.data(), bytes.size()) != bytes.size())
+        return false;
+    m_received[size_t(index)] = true;
+    return true;
+}
+
+// Chunks that came ahead of a gap are read back once the gap is filled.
+void SimConnection::hashStoredChunks() {
+    while (m_hashedChunks < m_chunkCount && m_received[size_t(m_hashedChunks)]) {
+        const qint64 start = m_hashedChunks * m_chunkSize;
+        const qint64 end = m_hashedChunks + 1 == m_chunkCount ? m_contentSize : start + m_chunkSize;
+        if (!m_partial.seek(start))
+            return;
+        m_hash.addData(m_partial.read(end - start));
+        ++m_hashedChunks;
+    }
+}
+
+void SimConnection::resetConnection() {
+    // No linger: closing sends a reset instead of an orderly end.
+    const linger noLinger{1, 0};
+#ifdef Q_OS_WIN
+    ::setsockopt(SOCKET(m_socket->socketDescriptor()), SOL_SOCKET, SO_LINGER,
+                 reinterpret_cast<const char*>(&noLinger), sizeof noLinger);
+#else
+    ::setsockopt(int(m_socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &noLinger,
+                 sizeof noLinger);
+#endif
+    m_socket->abort();
+}
+
+bool SimConnection::applyFaults(qint64 chunks) {
     if (m_options.cancelAfter == chunks) {
         say(QStringLiteral("cancelling after %1 chunks").arg(chunks));
         request({MakeraPacketType::FileCancel, {}});
@@ -245,6 +286,11 @@ bool SimConnection::applyFaults(int chunks) {
     if (m_options.closeAfter == chunks) {
         say(QStringLiteral("closing the connection after %1 chunks").arg(chunks));
         m_socket->close();
+        return true;
+    }
+    if (m_options.resetAfter == chunks) {
+        say(QStringLiteral("resetting the connection after %1 chunks").arg(chunks));
+        resetConnection();
         return true;
     }
     if (m_options.badChunkAfter == chunks) {
@@ -268,7 +314,7 @@ bool SimConnection::applyFaults(int chunks) {
 }
 
 void SimConnection::requestNextChunk() {
-    while (m_nextIndex < m_order.size() && m_received.testBit(int(m_order[m_nextIndex] - 1)) &&
+    while (m_nextIndex < m_order.size() && m_received[size_t(m_order[m_nextIndex] - 1)] &&
            !m_viewRequestedAgain)
         ++m_nextIndex;
     if (m_nextIndex >= m_order.size())
@@ -278,19 +324,19 @@ void SimConnection::requestNextChunk() {
 }
 
 void SimConnection::finishUpload() {
-    for (qint64 i = m_hashedChunks; i < m_chunkCount; ++i) {
-        const qint64 start = i * m_chunkSize;
-        const qint64 end = i + 1 == m_chunkCount ? m_contentSize : start + m_chunkSize;
-        m_hash.addData(QByteArrayView(m_content.constData() + start, end - start));
-    }
-    if (m_hash.result().toHex() != m_openingMD5)
+    hashStoredChunks();
+    if (m_hashedChunks != m_chunkCount || m_hash.result().toHex() != m_openingMD5)
         return refuse(QStringLiteral("the file's MD5 does not match"));
 
     const QString folder = m_options.storeDirectory + QStringLiteral("/gcodes");
-    QSaveFile file(folder + QLatin1Char('/') + m_name);
-    if (!QDir().mkpath(folder) || !file.open(QIODevice::WriteOnly) ||
-        file.write(m_content.constData(), m_contentSize) != m_contentSize || !file.commit())
-        return refuse(QStringLiteral("cannot store %1: %2").arg(m_name, file.errorString()));
+    const QString path = folder + QLatin1Char('/') + m_name;
+    m_partial.close();
+    if (!QDir().mkpath(folder) || (QFile::exists(path) && !QFile::remove(path)) ||
+        !m_partial.rename(path)) {
+        const QString reason = m_partial.errorString();
+        m_partial.remove();
+        return refuse(QStringLiteral("cannot store %1: %2").arg(m_name, reason));
+    }
     say(QStringLiteral("stored %1 (%2 bytes)").arg(m_name).arg(m_contentSize));
     request({MakeraPacketType::FileEnd, {}});
     endUpload();
@@ -298,13 +344,17 @@ void SimConnection::finishUpload() {
 
 void SimConnection::refuse(const QString& reason) {
     say(QStringLiteral("refused the upload: %1").arg(reason));
-    request({MakeraPacketType::FileCancel, {}});
+    // Nothing of the upload is left once the client reads the cancel packet.
     endUpload();
+    request({MakeraPacketType::FileCancel, {}});
 }
 
 void SimConnection::endUpload() {
     m_state = State::Idle;
-    m_content.clear();
+    // What is left here is an upload that did not complete.
+    if (m_partial.isOpen())
+        m_partial.remove();
+    m_partial.setFileName(QString());
     m_received.clear();
     m_contentSize = 0;
     m_chunkCount = 0;
@@ -377,7 +427,7 @@ void SimConnection::writeNextPiece() {
 }
 
 void SimConnection::chatter() {
-    if (m_state == State::Idle)
+    if (m_state == State::Idle || m_options.chatterDuringUpload)
         writeFrame({MakeraPacketType::NormalInfo, QByteArrayLiteral("ok\n")});
 }
 

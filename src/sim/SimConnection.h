@@ -5,8 +5,8 @@
 #include "sim/PacketLog.h"
 #include "sim/SimOptions.h"
 
-#include <QBitArray>
 #include <QCryptographicHash>
+#include <QFile>
 #include <QPointer>
 #include <QTcpSocket>
 #include <QTimer>
@@ -14,8 +14,9 @@
 namespace tarnwick::sim {
 
 // One client connection to the simulated machine. Like a controller it drives an upload itself:
-// after the file-start and MD5 packets it asks for the MD5, the view and every chunk, checks the
-// file's MD5, stores it and reports the end of the file. It never starts a job.
+// after the file-start and MD5 packets it asks for the MD5, the view and every chunk, writes each
+// chunk to disk as it arrives and hashes the file as it grows, so that the end of even a very
+// large file is reported at once. It never starts a job.
 class SimConnection : public QObject {
     Q_OBJECT
 
@@ -48,7 +49,10 @@ private:
     void chunkArrived(const MakeraPacket& packet);
     void repeatArrived(const MakeraPacket& packet);
     // Runs a fault set for this many received chunks; true when it took over the flow.
-    bool applyFaults(int chunks);
+    bool applyFaults(qint64 chunks);
+    bool storeChunk(qint64 index, QByteArrayView bytes);
+    void hashStoredChunks();
+    void resetConnection();
     void requestNextChunk();
     void finishUpload();
     void refuse(const QString& reason);
@@ -73,13 +77,14 @@ private:
     QList<quint32> m_order;
     qsizetype m_nextIndex = 0;
     quint32 m_requested = 0;
-    int m_chunksArrived = 0;
+    qint64 m_chunksArrived = 0;
     bool m_viewRequestedAgain = false;
     MakeraPacket m_lastReply{MakeraPacketType::FileMD5, {}};
-    QByteArray m_content;
+    // The upload as it arrives; moved to its name once complete and checked.
+    QFile m_partial;
     qint64 m_contentSize = 0;
-    QBitArray m_received;
-    // Chunks that arrive in order are hashed as they come; the rest at the end.
+    std::vector<bool> m_received;
+    // The file's leading chunks that are all here are hashed, each once, as soon as they are.
     QCryptographicHash m_hash{QCryptographicHash::Md5};
     qint64 m_hashedChunks = 0;
 

@@ -71,6 +71,7 @@ std::optional<SimOptions> parseOptions(const QStringList& arguments) {
     option("busy", "Announce the machine as busy.");
     option("ftype", "File type reported in answer to the probe (no answer without it).", "TEXT");
     option("chatter-ms", "Send a status line every N ms while no upload runs.", "N");
+    option("chatter-during-upload", "Keep sending the status lines during uploads too.");
     option("store", "Folder that receives uploads in its gcodes/ subfolder.", "DIR", ".");
     option("exit-after", "Quit after N uploads have ended, stored or not.", "N");
     option("log", "Append one line per packet received to FILE.", "FILE");
@@ -85,6 +86,7 @@ std::optional<SimOptions> parseOptions(const QStringList& arguments) {
     option("cancel-after", "Cancel the transfer after N chunks.", "N");
     option("silent-after", "Stop answering after N chunks.", "N");
     option("close-after", "Close the connection after N chunks.", "N");
+    option("reset-after", "Reset the connection after N chunks.", "N");
     option("bad-chunk-after", "Ask for a chunk beyond the last after N chunks.", "N");
 
     if (!parser.parse(arguments)) {
@@ -125,6 +127,7 @@ std::optional<SimOptions> parseOptions(const QStringList& arguments) {
     options.badChecksumFrames = parser.isSet(QStringLiteral("bad-checksum"));
     options.unknownFrames = parser.isSet(QStringLiteral("unknown-frame"));
     options.shuffleChunks = parser.isSet(QStringLiteral("shuffle-chunks"));
+    options.chatterDuringUpload = parser.isSet(QStringLiteral("chatter-during-upload"));
 
     bool ok = true;
     options.chatterMs = count(parser, QStringLiteral("chatter-ms"), 1, ok).value_or(0);
@@ -135,6 +138,7 @@ std::optional<SimOptions> parseOptions(const QStringList& arguments) {
     options.cancelAfter = count(parser, QStringLiteral("cancel-after"), 0, ok);
     options.silentAfter = count(parser, QStringLiteral("silent-after"), 0, ok);
     options.closeAfter = count(parser, QStringLiteral("close-after"), 0, ok);
+    options.resetAfter = count(parser, QStringLiteral("reset-after"), 0, ok);
     options.badChunkAfter = count(parser, QStringLiteral("bad-chunk-after"), 0, ok);
     if (!ok)
         return std::nullopt;

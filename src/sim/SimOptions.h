@@ -21,8 +21,9 @@ struct SimOptions {
 
     // The file type reported in answer to the probe; no answer when absent.
     std::optional<QString> fileType;
-    // Status chatter every this many milliseconds while no upload runs.
+    // Status chatter every this many milliseconds while no upload runs, or also during one.
     int chatterMs = 0;
+    bool chatterDuringUpload = false;
     QString storeDirectory = QStringLiteral(".");
     // Quit after this many uploads have ended, stored or not; 0 runs for ever.
     int exitAfter = 0;
@@ -40,6 +41,7 @@ struct SimOptions {
     std::optional<int> cancelAfter;
     std::optional<int> silentAfter;
     std::optional<int> closeAfter;
+    std::optional<int> resetAfter;
     std::optional<int> badChunkAfter;
 };
 

@@ -1,10 +1,13 @@
 #include "transfer/MakeraFileUploader.h"
 
+#include "protocol/DeadlineTimer.h"
 #include "protocol/MakeraConnection.h"
+#include "transfer/JobFileChunks.h"
 #include "transfer/MakeraCapability.h"
 #include "transfer/MakeraFilename.h"
 #include "transfer/UploadLog.h"
 
+#include <QCoreApplication>
 #include <QStringDecoder>
 #include <QtConcurrent>
 
@@ -29,17 +32,32 @@ std::optional<QString> utf8Text(const QByteArray& bytes) {
 
 const MakeraPacket cancelPacket{MakeraPacketType::FileCancel, {}};
 
+// A file that hashes quickly shows no checking progress at all.
+constexpr std::chrono::milliseconds checkingQuietPeriod{500};
+constexpr std::chrono::milliseconds checkingReportInterval{100};
+
+QString mayHoldTheWholeFile() {
+    return QCoreApplication::translate("tarnwick::MakeraFileUploader",
+                                       "The machine may have received the whole file: check it "
+                                       "on the machine before sending it again.");
+}
+
 } // namespace
 
 MakeraFileUploader::MakeraFileUploader(UploadTimings timings, QObject* parent)
     : FileUploading(parent)
     , m_timings(timings)
-    , m_pause(this) {
-    m_pause.setSingleShot(true);
-    QObject::connect(&m_pause, &QTimer::timeout, this, &MakeraFileUploader::sendOpeningMD5);
+    , m_checkingReport(this)
+    , m_pause(new DeadlineTimer(this)) {
+    QObject::connect(m_pause, &DeadlineTimer::expired, this, &MakeraFileUploader::sendOpeningMD5);
+    m_checkingReport.setInterval(checkingReportInterval);
+    QObject::connect(&m_checkingReport, &QTimer::timeout, this,
+                     &MakeraFileUploader::reportChecking);
 }
 
 MakeraFileUploader::~MakeraFileUploader() {
+    if (m_checkingProgress)
+        m_checkingProgress->stop = true;
     if (!m_connection)
         return;
     m_connection->disconnect(this);
@@ -57,12 +75,18 @@ void MakeraFileUploader::upload(const JobFile& file, const Machine& machine) {
     m_cancelRequested = false;
     m_file = file;
     m_machine = machine;
-    m_state = State::Reading;
+    m_state = State::Checking;
 
-    m_loading = new QFutureWatcher<Result<LoadedJobFile>>(this);
-    QObject::connect(m_loading, &QFutureWatcherBase::finished, this,
-                     [this] { fileLoaded(m_loading->result()); });
-    m_loading->setFuture(QtConcurrent::run(loadJobFile, file.url.toLocalFile()));
+    m_checkingProgress = std::make_shared<DigestProgress>();
+    m_checking = new QFutureWatcher<Result<JobFileDigest>>(this);
+    QObject::connect(m_checking, &QFutureWatcherBase::finished, this,
+                     [this] { fileChecked(m_checking->result()); });
+    m_checking->setFuture(
+        QtConcurrent::run([path = file.url.toLocalFile(), progress = m_checkingProgress] {
+            return digestJobFile(path, chunkSize, *progress);
+        }));
+    m_checkingClock.start();
+    m_checkingReport.start();
 }
 
 void MakeraFileUploader::cancel() {
@@ -71,36 +95,48 @@ void MakeraFileUploader::cancel() {
     case State::Idle:
     case State::Done:
         return;
-    case State::Reading:
+    case State::Checking:
     case State::Connecting:
         fail(UploadError::cancelled(), CancelPacket::DoNotSend);
         return;
     case State::Opening:
-        m_pause.stop();
+        m_pause->stop();
         fail(UploadError::cancelled(), CancelPacket::Send);
         return;
-    case State::Probing:
     case State::Transferring:
+        // No wait to wake while a chunk is read back from the file.
+        if (m_pendingChunk != 0)
+            return fail(UploadError::cancelled(), CancelPacket::Send);
+        [[fallthrough]];
+    case State::Probing:
         // Wakes the pending wait, which then ends the step.
         m_connection->cancel();
         return;
     }
 }
 
-void MakeraFileUploader::fileLoaded(const Result<LoadedJobFile>& loaded) {
-    if (m_state != State::Reading)
+void MakeraFileUploader::reportChecking() {
+    const qint64 total = m_checkingProgress->totalBytes;
+    if (m_checkingClock.elapsed() >= checkingQuietPeriod.count() && total > 0)
+        Q_EMIT checking(m_checkingProgress->bytesRead, total);
+}
+
+void MakeraFileUploader::fileChecked(const Result<JobFileDigest>& digest) {
+    if (m_state != State::Checking)
         return;
-    if (!loaded)
-        return fail(loaded.error(), CancelPacket::DoNotSend);
-    m_content = loaded.value();
+    m_checkingReport.stop();
+    if (!digest)
+        return fail(digest.error(), CancelPacket::DoNotSend);
+    m_digest = std::make_shared<const JobFileDigest>(digest.value());
+    const qint64 size = m_digest->size;
     const QString name = m_file.fileName();
-    if (m_content.bytes.isEmpty())
+    if (size == 0)
         return fail(UploadError::rejected(tr("%1 is empty.").arg(name)), CancelPacket::DoNotSend);
     // The view reply carries the chunk count in 32 bits.
-    if ((m_content.bytes.size() + chunkSize - 1) / chunkSize > qint64(0xFFFFFFFF))
+    if ((size + chunkSize - 1) / chunkSize > qint64(0xFFFFFFFF))
         return fail(UploadError::rejected(tr("%1 is too large to send.").arg(name)),
                     CancelPacket::DoNotSend);
-    Q_EMIT progress({TransferProgress::Phase::Preparing, 0, m_content.bytes.size(), 0});
+    Q_EMIT progress({TransferProgress::Phase::Preparing, 0, size, 0});
     // A name the machine cannot take ends the upload before anything goes out.
     Result<QByteArray> command = MakeraFilename::uploadCommand(name);
     if (!command)
@@ -163,17 +199,21 @@ void MakeraFileUploader::probeEnded(const std::optional<QString>& fileType) {
 void MakeraFileUploader::open() {
     m_state = State::Opening;
     const QString name = m_file.fileName();
-    m_session.emplace(m_content.bytes, name, chunkSize, m_content.md5);
+    m_session.emplace(m_digest->size, name, m_digest->md5, chunkSize);
     m_session->setLastPacket({MakeraPacketType::FileMD5, m_session->md5()});
-    qCInfo(uploadLog, "Uploading %lld bytes to %s in %ld chunks, md5 %s",
-           qint64(m_content.bytes.size()),
+    m_chunks = new JobFileChunks(m_file.url.toLocalFile(), m_digest, chunkSize, this);
+    QObject::connect(m_chunks, &JobFileChunks::loaded, this,
+                     [this] { serveChunk(std::exchange(m_pendingChunk, 0)); });
+    QObject::connect(m_chunks, &JobFileChunks::failed, this,
+                     [this](const Error& error) { fail(error, CancelPacket::Send); });
+    qCInfo(uploadLog, "Uploading %lld bytes to %s in %ld chunks, md5 %s", m_digest->size,
            qUtf8Printable(QLatin1String(MakeraFilename::destinationFolder) + name),
            long(m_session->chunkCount()), m_session->md5().constData());
 
     if (std::optional<Error> error =
             m_connection->send({MakeraPacketType::FileStart, m_uploadCommand}))
         return fail(*error, CancelPacket::DoNotSend);
-    m_pause.start(m_timings.openingPause);
+    m_pause->start(m_timings.openingPause);
 }
 
 void MakeraFileUploader::sendOpeningMD5() {
@@ -182,13 +222,17 @@ void MakeraFileUploader::sendOpeningMD5() {
     m_state = State::Transferring;
     m_transferClock.start();
     m_lastReportNs = 0;
+    m_requestDeadline = QDeadlineTimer(m_timings.packetWait, Qt::PreciseTimer);
     awaitRequest();
 }
 
 void MakeraFileUploader::awaitRequest() {
     if (m_cancelRequested)
         return fail(UploadError::cancelled(), CancelPacket::Send);
-    m_connection->nextPacket(m_timings.packetWait);
+    if (m_requestDeadline.hasExpired())
+        return requestWaitFailed(UploadError::timedOut());
+    m_connection->nextPacket(
+        std::chrono::ceil<std::chrono::milliseconds>(m_requestDeadline.remainingTimeAsDuration()));
 }
 
 void MakeraFileUploader::answer(const MakeraPacket& packet) {
@@ -214,16 +258,35 @@ void MakeraFileUploader::answer(const MakeraPacket& packet) {
         qCCritical(uploadLog, "Machine cancelled after %lld bytes", m_session->bytesSent());
         return fail(UploadError::rejected(tr("The machine cancelled the transfer.")),
                     CancelPacket::DoNotSend);
+    case MakeraUploadSession::Event::Kind::ReadChunk:
+        return serveChunk(event.value()->chunk);
     case MakeraUploadSession::Event::Kind::Send:
-        if (std::optional<Error> error = m_connection->send(*event.value()->packet))
-            return fail(*error, CancelPacket::DoNotSend);
-        reportProgress();
-        return awaitRequest();
+        return reply(*event.value()->packet);
     }
 }
 
+void MakeraFileUploader::serveChunk(qint64 n) {
+    if (m_cancelRequested)
+        return fail(UploadError::cancelled(), CancelPacket::Send);
+    if (std::optional<QByteArray> bytes = m_chunks->chunk(n))
+        return reply(m_session->chunkReply(n, *bytes));
+    m_pendingChunk = n;
+    m_chunks->load(n);
+}
+
+void MakeraFileUploader::reply(const MakeraPacket& packet) {
+    if (std::optional<Error> error = m_connection->send(packet))
+        return fail(*error, CancelPacket::DoNotSend);
+    m_requestDeadline = QDeadlineTimer(m_timings.packetWait, Qt::PreciseTimer);
+    reportProgress();
+    awaitRequest();
+}
+
 void MakeraFileUploader::requestWaitFailed(const Error& error) {
-    const Error mapped = uploadError(error);
+    Error mapped = uploadError(error);
+    // Nothing can confirm it, but the end packet may be all that was lost.
+    if (mapped.isUploadError(UploadError::Kind::TimedOut) && m_session->hasServedEveryChunk())
+        mapped = UploadError::timedOut(mayHoldTheWholeFile());
     qCCritical(uploadLog, "Transfer ended waiting for the machine: %s",
                qUtf8Printable(mapped.description()));
     fail(mapped, CancelPacket::Send);
@@ -256,7 +319,7 @@ void MakeraFileUploader::waitFailed(const Error& error) {
 }
 
 void MakeraFileUploader::succeed() {
-    const qint64 size = m_content.bytes.size();
+    const qint64 size = m_digest->size;
     Q_EMIT progress({TransferProgress::Phase::Completed, size, size, 0});
     closeConnection();
     m_state = State::Done;
@@ -268,8 +331,13 @@ void MakeraFileUploader::fail(const Error& error, CancelPacket cancelPacket) {
         sendCancelPacket();
     closeConnection();
     m_state = State::Done;
-    if (m_loading)
-        m_loading->disconnect(this);
+    m_checkingReport.stop();
+    if (m_checking) {
+        m_checkingProgress->stop = true;
+        m_checking->disconnect(this);
+    }
+    if (m_chunks)
+        m_chunks->disconnect(this);
     const Error outcome = uploadError(error);
     QMetaObject::invokeMethod(
         this, [this, outcome] { Q_EMIT failed(outcome); }, Qt::QueuedConnection);

@@ -1,24 +1,29 @@
 #pragma once
 
 #include "app/Services.h"
-#include "transfer/LoadedJobFile.h"
+#include "transfer/JobFileDigest.h"
 #include "transfer/MakeraUploadSession.h"
 #include "transfer/UploadTimings.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFutureWatcher>
 #include <QPointer>
 #include <QTimer>
 
+#include <memory>
 #include <optional>
 
 namespace tarnwick {
 
+class DeadlineTimer;
+class JobFileChunks;
 class MakeraConnection;
 
-// Carries one job file to one Makera machine: reads it (off the main thread), connects, asks for
-// the file type, opens the transfer and answers the machine's requests until it reports the end of
-// the file. Lives on the thread that creates it; every wait is a signal, so nothing blocks.
+// Carries one job file to one Makera machine: hashes it (off the main thread), connects, asks for
+// the file type, opens the transfer and answers the machine's requests, reading each chunk back
+// and checking it against the hash, until the machine reports the end of the file. Lives on the
+// thread that creates it; every wait is a signal, so nothing blocks.
 class MakeraFileUploader : public FileUploading {
     Q_OBJECT
 
@@ -39,7 +44,7 @@ private:
     // The steps of one upload, in order.
     enum class State {
         Idle,
-        Reading,
+        Checking,
         Connecting,
         Probing,
         Opening,
@@ -51,7 +56,8 @@ private:
         DoNotSend
     };
 
-    void fileLoaded(const Result<LoadedJobFile>& loaded);
+    void reportChecking();
+    void fileChecked(const Result<JobFileDigest>& digest);
     void connectToMachine();
     void probe();
     void awaitProbeAnswer();
@@ -61,6 +67,8 @@ private:
     void sendOpeningMD5();
     void awaitRequest();
     void answer(const MakeraPacket& packet);
+    void serveChunk(qint64 n);
+    void reply(const MakeraPacket& packet);
     void requestWaitFailed(const Error& error);
     void reportProgress();
 
@@ -77,13 +85,21 @@ private:
     bool m_cancelRequested = false;
     JobFile m_file;
     Machine m_machine;
-    QFutureWatcher<Result<LoadedJobFile>>* m_loading = nullptr;
-    LoadedJobFile m_content;
+    std::shared_ptr<DigestProgress> m_checkingProgress;
+    QFutureWatcher<Result<JobFileDigest>>* m_checking = nullptr;
+    QTimer m_checkingReport;
+    QElapsedTimer m_checkingClock;
+    std::shared_ptr<const JobFileDigest> m_digest;
+    JobFileChunks* m_chunks = nullptr;
+    // The chunk whose block is being read, 0 when none.
+    qint64 m_pendingChunk = 0;
     QByteArray m_uploadCommand;
     std::optional<MakeraUploadSession> m_session;
     QPointer<MakeraConnection> m_connection;
-    QTimer m_pause;
+    DeadlineTimer* m_pause;
     QElapsedTimer m_probeClock;
+    // Packets that are no request (status, information) do not move it.
+    QDeadlineTimer m_requestDeadline;
     QElapsedTimer m_transferClock;
     qint64 m_lastReportNs = 0;
 };

@@ -6,12 +6,13 @@
 
 namespace tarnwick {
 
-MakeraUploadSession::MakeraUploadSession(QByteArray fileData, QString filename, qint64 chunkSize,
-                                         QByteArray md5)
-    : m_fileData(std::move(fileData))
+MakeraUploadSession::MakeraUploadSession(qint64 fileSize, QString filename, QByteArray md5,
+                                         qint64 chunkSize)
+    : m_fileSize(fileSize)
     , m_filename(std::move(filename))
     , m_chunkSize(chunkSize)
-    , m_md5(md5.isEmpty() ? md5Hex(m_fileData) : std::move(md5)) {
+    , m_md5(std::move(md5))
+    , m_served(size_t((fileSize + chunkSize - 1) / chunkSize), false) {
     Q_ASSERT(chunkSize >= 1 && chunkSize <= 0xFFFF);
 }
 
@@ -20,11 +21,11 @@ QByteArray MakeraUploadSession::md5Hex(QByteArrayView data) {
 }
 
 qint64 MakeraUploadSession::chunkCount() const {
-    return (m_fileData.size() + m_chunkSize - 1) / m_chunkSize;
+    return (m_fileSize + m_chunkSize - 1) / m_chunkSize;
 }
 
 qint64 MakeraUploadSession::bytesSent() const {
-    return std::min(m_highestSequence * m_chunkSize, qint64(m_fileData.size()));
+    return std::min(m_highestSequence * m_chunkSize, m_fileSize);
 }
 
 Result<std::optional<MakeraUploadSession::Event>>
@@ -39,10 +40,12 @@ MakeraUploadSession::receive(const MakeraPacket& packet) {
         MakeraPacket reply = viewReply();
         m_lastPacket = reply;
         m_highestSequence = 0;
+        std::fill(m_served.begin(), m_served.end(), false);
+        m_servedCount = 0;
         return std::optional(Event::send(std::move(reply)));
     }
     case MakeraPacketType::FileData:
-        return serveChunk(packet);
+        return chunkRequested(packet);
     case MakeraPacketType::FileEnd:
         return std::optional(Event::finished());
     case MakeraPacketType::FileCancel:
@@ -68,7 +71,7 @@ MakeraPacket MakeraUploadSession::viewReply() const {
 }
 
 Result<std::optional<MakeraUploadSession::Event>>
-MakeraUploadSession::serveChunk(const MakeraPacket& request) {
+MakeraUploadSession::chunkRequested(const MakeraPacket& request) const {
     const Result<quint32> number = readUInt32(request.payload, 0);
     if (!number)
         return number.error();
@@ -80,17 +83,22 @@ MakeraUploadSession::serveChunk(const MakeraPacket& request) {
                                         "Requested chunk %1 is outside 1...%2.")
                 .arg(n)
                 .arg(count));
+    return std::optional(Event::readChunk(n));
+}
 
-    const qint64 start = (n - 1) * m_chunkSize;
-    const qint64 end = std::min(start + m_chunkSize, qint64(m_fileData.size()));
-    QByteArray payload(4 + (end - start), Qt::Uninitialized);
+MakeraPacket MakeraUploadSession::chunkReply(qint64 n, QByteArrayView bytes) {
+    QByteArray payload(4 + bytes.size(), Qt::Uninitialized);
     qToBigEndian(quint32(n), payload.data());
-    std::memcpy(payload.data() + 4, m_fileData.constData() + start, size_t(end - start));
+    std::memcpy(payload.data() + 4, bytes.data(), size_t(bytes.size()));
 
     MakeraPacket reply{MakeraPacketType::FileData, std::move(payload)};
     m_lastPacket = reply;
     m_highestSequence = std::max(m_highestSequence, n);
-    return std::optional(Event::send(std::move(reply)));
+    if (!m_served[size_t(n - 1)]) {
+        m_served[size_t(n - 1)] = true;
+        ++m_servedCount;
+    }
+    return reply;
 }
 
 } // namespace tarnwick

@@ -107,33 +107,6 @@ private Q_SLOTS:
         sim.waitForFinished(3000);
     }
 
-    void takesAnUploadDrivenByTheMachine() {
-        SimProcess sim({QStringLiteral("--ftype"), QStringLiteral("abc1")});
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
-        RawClient client;
-        QVERIFY(client.connectTo(port));
-
-        client.send(MakeraPacketType::ControlMulti, "ftype");
-        const auto report = client.next();
-        QVERIFY(report);
-        QCOMPARE(report->payload, QByteArray("ftype = abc1\n"));
-
-        QByteArray content(20000, 'x');
-        content[19999] = '\n';
-        client.send(MakeraPacketType::FileStart, "upload /sd/gcodes/a\x01"
-                                                 "b\x02.nc\n");
-        client.send(MakeraPacketType::FileMD5, md5Of(content));
-        const auto last = serve(client, content, md5Of(content));
-        QVERIFY(last);
-        QCOMPARE(last->type, MakeraPacketType::FileEnd);
-        QCOMPARE(sim.stored(QStringLiteral("a b?.nc")), content);
-        QCOMPARE(sim.loggedPackets().mid(0, 5),
-                 (QStringList{QStringLiteral("controlMulti 5"), QStringLiteral("fileStart 26"),
-                              QStringLiteral("fileMD5 32"), QStringLiteral("fileMD5 32"),
-                              QStringLiteral("fileView 6")}));
-    }
-
     void refusesNamesThatLeaveTheFolder_data() {
         QTest::addColumn<QByteArray>("command");
         QTest::newRow("parent") << QByteArray("upload /sd/gcodes/..\n");
@@ -173,6 +146,8 @@ private Q_SLOTS:
         QVERIFY(last);
         QCOMPARE(last->type, MakeraPacketType::FileCancel);
         QVERIFY(sim.storedNames().isEmpty());
+        // The chunks it had written as they came are gone too.
+        QVERIFY(QDir(sim.store().filePath(QStringLiteral("partial"))).isEmpty());
     }
 
     void ignoresPacketsThatAreNoPartOfAnUpload() {

@@ -49,13 +49,27 @@ public:
     }
 
     QString logPath() const { return m_store.filePath(QStringLiteral("packets.log")); }
+    // "TYPE PAYLOAD-BYTES" per packet received, e.g. "fileStart 26".
     QStringList loggedPackets() const {
+        QStringList packets;
+        for (const QString& line : loggedLines())
+            packets.append(line.section(QLatin1Char(' '), 0, 1));
+        return packets;
+    }
+    // When each packet arrived, in microseconds on the simulator's monotonic clock.
+    QList<qint64> loggedArrivalsUs() const {
+        QList<qint64> arrivals;
+        for (const QString& line : loggedLines())
+            arrivals.append(line.section(QLatin1Char(' '), 2, 2).toLongLong());
+        return arrivals;
+    }
+    // The packet types received, in order, e.g. "controlMulti", "fileStart".
+    QStringList loggedLines() const {
         QFile file(logPath());
         if (!file.open(QIODevice::ReadOnly))
             return {};
         return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
-    // The packet types received, in order, e.g. "controlMulti", "fileStart".
     QStringList loggedTypes() const {
         QStringList types;
         for (const QString& line : loggedPackets())

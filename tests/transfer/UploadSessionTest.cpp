@@ -1,6 +1,5 @@
 #include "transfer/MakeraUploadSession.h"
 
-#include <QCryptographicHash>
 #include <QTest>
 
 using namespace tarnwick;
@@ -25,14 +24,27 @@ MakeraPacket chunkRequest(quint32 n) {
     return request(MakeraPacketType::FileData, QByteArray(bytes, 4));
 }
 
-// The reply the session gives, which must be a packet to send.
-MakeraPacket reply(MakeraUploadSession& session, const MakeraPacket& packet) {
+MakeraUploadSession sessionFor(const QByteArray& file, qint64 chunkSize = 8192) {
+    return MakeraUploadSession(file.size(), QStringLiteral("part.nc"),
+                               MakeraUploadSession::md5Hex(file), chunkSize);
+}
+
+// The reply to a request, as the uploader builds it: a chunk request is served from `file`.
+MakeraPacket reply(MakeraUploadSession& session, const QByteArray& file,
+                   const MakeraPacket& packet) {
     const auto result = session.receive(packet);
     if (!result.ok())
         qFatal("unexpected failure: %s", qPrintable(result.error().description()));
-    if (!result.value() || result.value()->kind != Event::Kind::Send || !result.value()->packet)
+    if (!result.value())
+        qFatal("no reply");
+    const Event& event = *result.value();
+    if (event.kind == Event::Kind::ReadChunk) {
+        const qint64 size = session.chunkSize();
+        return session.chunkReply(event.chunk, file.mid((event.chunk - 1) * size, size));
+    }
+    if (event.kind != Event::Kind::Send)
         qFatal("no packet to send");
-    return *result.value()->packet;
+    return *event.packet;
 }
 
 } // namespace
@@ -41,170 +53,130 @@ class UploadSessionTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void servesTheTwentyThousandByteExample() {
+    void servesChunksAndTheView_data() {
+        QTest::addColumn<qsizetype>("size");
+        QTest::addColumn<qint64>("chunkSize");
+        QTest::addColumn<quint32>("chunk");
+        QTest::addColumn<QByteArray>("view");
+        QTest::addColumn<qsizetype>("chunkStart");
+        QTest::addColumn<qsizetype>("chunkBytes");
+        QTest::newRow("20000 bytes, last chunk")
+            << qsizetype(20000) << qint64(8192) << 3u << QByteArray::fromHex("000000032000")
+            << qsizetype(16384) << qsizetype(3616);
+        QTest::newRow("20000 bytes, first chunk")
+            << qsizetype(20000) << qint64(8192) << 1u << QByteArray::fromHex("000000032000")
+            << qsizetype(0) << qsizetype(8192);
+        QTest::newRow("exactly two chunks")
+            << qsizetype(16384) << qint64(8192) << 2u << QByteArray::fromHex("000000022000")
+            << qsizetype(8192) << qsizetype(8192);
+        QTest::newRow("one byte more")
+            << qsizetype(16385) << qint64(8192) << 3u << QByteArray::fromHex("000000032000")
+            << qsizetype(16384) << qsizetype(1);
+        QTest::newRow("small chunks")
+            << qsizetype(6) << qint64(4) << 2u << QByteArray::fromHex("000000020004")
+            << qsizetype(4) << qsizetype(2);
+    }
+    void servesChunksAndTheView() {
+        QFETCH(qsizetype, size);
+        QFETCH(qint64, chunkSize);
+        QFETCH(quint32, chunk);
+        const QByteArray file = patterned(size);
+        MakeraUploadSession session = sessionFor(file, chunkSize);
+        const MakeraPacket data = reply(session, file, chunkRequest(chunk));
+        QCOMPARE(data.type, MakeraPacketType::FileData);
+        QFETCH(qsizetype, chunkStart);
+        QFETCH(qsizetype, chunkBytes);
+        QCOMPARE(data.payload, chunkRequest(chunk).payload + file.mid(chunkStart, chunkBytes));
+        QCOMPARE(session.highestSequence(), chunk);
+        QCOMPARE(*session.lastPacket(), data);
+        QTEST(reply(session, file, request(MakeraPacketType::FileView)).payload, "view");
+        // A view request starts the progress over.
+        QCOMPARE(session.highestSequence(), 0);
+        QCOMPARE(session.bytesSent(), 0);
+    }
+
+    void refusesRequestsOutsideTheFile() {
         const QByteArray file = patterned(20000);
-        MakeraUploadSession session(file, QStringLiteral("part.nc"));
-        QCOMPARE(session.chunkCount(), 3);
-
-        const MakeraPacket view = reply(session, request(MakeraPacketType::FileView));
-        QCOMPARE(view.type, MakeraPacketType::FileView);
-        QCOMPARE(view.payload, QByteArray::fromHex("000000032000"));
-
-        const MakeraPacket third = reply(session, chunkRequest(3));
-        QCOMPARE(third.type, MakeraPacketType::FileData);
-        QCOMPARE(third.payload, QByteArray::fromHex("00000003") + file.right(3616));
-        QCOMPARE(third.payload.size(), 4 + 3616);
-        QCOMPARE(session.highestSequence(), 3);
-        QCOMPARE(session.bytesSent(), 20000);
-
-        const MakeraPacket first = reply(session, chunkRequest(1));
-        QCOMPARE(first.payload, QByteArray::fromHex("00000001") + file.left(8192));
-        QCOMPARE(session.highestSequence(), 3);
-        QCOMPARE(*session.lastPacket(), first);
-    }
-
-    void chunkBoundaries() {
-        const QByteArray exact = patterned(16384);
-        MakeraUploadSession two(exact, QStringLiteral("a.nc"));
-        QCOMPARE(two.chunkCount(), 2);
-        QCOMPARE(reply(two, chunkRequest(2)).payload,
-                 QByteArray::fromHex("00000002") + exact.mid(8192));
-        QCOMPARE(reply(two, request(MakeraPacketType::FileView)).payload,
-                 QByteArray::fromHex("000000022000"));
-
-        const QByteArray oneMore = patterned(16385);
-        MakeraUploadSession three(oneMore, QStringLiteral("b.nc"));
-        QCOMPARE(three.chunkCount(), 3);
-        QCOMPARE(reply(three, chunkRequest(3)).payload,
-                 QByteArray::fromHex("00000003") + oneMore.right(1));
-        QCOMPARE(reply(three, chunkRequest(2)).payload.size(), 4 + 8192);
-
-        MakeraUploadSession small(QByteArray("G0 X1\n"), QStringLiteral("c.nc"), 4);
-        QCOMPARE(small.chunkCount(), 2);
-        QCOMPARE(reply(small, request(MakeraPacketType::FileView)).payload,
-                 QByteArray::fromHex("000000020004"));
-        QCOMPARE(reply(small, chunkRequest(2)).payload, QByteArray::fromHex("00000002") + "1\n");
-    }
-
-    void refusesChunksOutsideTheFile() {
-        MakeraUploadSession session(patterned(20000), QStringLiteral("part.nc"));
-        reply(session, chunkRequest(2));
+        MakeraUploadSession session = sessionFor(file);
+        reply(session, file, chunkRequest(2));
         const MakeraPacket before = *session.lastPacket();
+        const auto outside = [](const char* text) {
+            return Error(UploadError::invalidResponse(QString::fromLatin1(text)));
+        };
 
-        const auto zero = session.receive(chunkRequest(0));
-        QCOMPARE(zero.error(), Error(UploadError::invalidResponse(
-                                   QStringLiteral("Requested chunk 0 is outside 1...3."))));
-        const auto beyond = session.receive(chunkRequest(4));
-        QCOMPARE(beyond.error(), Error(UploadError::invalidResponse(
-                                     QStringLiteral("Requested chunk 4 is outside 1...3."))));
-        QCOMPARE(beyond.error().description(),
+        QCOMPARE(session.receive(chunkRequest(0)).error(),
+                 outside("Requested chunk 0 is outside 1...3."));
+        QCOMPARE(session.receive(chunkRequest(4)).error().description(),
                  QStringLiteral("The machine returned an invalid response: Requested chunk 4 is "
                                 "outside 1...3."));
-        const auto huge = session.receive(chunkRequest(0xFFFFFFFF));
-        QCOMPARE(huge.error(), Error(UploadError::invalidResponse(QStringLiteral(
-                                   "Requested chunk 4294967295 is outside 1...3."))));
-        // A refused request changes nothing.
+        QCOMPARE(session.receive(chunkRequest(0xFFFFFFFF)).error(),
+                 outside("Requested chunk 4294967295 is outside 1...3."));
+        for (const QByteArray& shortPayload :
+             {QByteArray(), QByteArray::fromHex("00"), QByteArray::fromHex("000001")})
+            QCOMPARE(session.receive(request(MakeraPacketType::FileData, shortPayload)).error(),
+                     Error(MakeraPacketError::truncated()));
         QCOMPARE(*session.lastPacket(), before);
+        // A longer request is read from its first four bytes.
+        QCOMPARE(reply(session, file,
+                       request(MakeraPacketType::FileData, QByteArray::fromHex("00000001FF01")))
+                     .payload,
+                 chunkRequest(1).payload + file.left(8192));
         QCOMPARE(session.highestSequence(), 2);
 
-        MakeraUploadSession empty(QByteArray(), QStringLiteral("empty.nc"));
+        MakeraUploadSession empty(0, QStringLiteral("empty.nc"), {});
         QCOMPARE(empty.chunkCount(), 0);
         QCOMPARE(empty.receive(chunkRequest(1)).error(),
-                 Error(UploadError::invalidResponse(
-                     QStringLiteral("Requested chunk 1 is outside 1...0."))));
-    }
-
-    void readsOnlyTheFirstFourBytesOfAChunkRequest() {
-        const QByteArray file = patterned(20000);
-        MakeraUploadSession session(file, QStringLiteral("part.nc"));
-        const MakeraPacket longer =
-            request(MakeraPacketType::FileData, QByteArray::fromHex("00000002FFFFFFFF01"));
-        QCOMPARE(reply(session, longer).payload,
-                 QByteArray::fromHex("00000002") + file.mid(8192, 8192));
-
-        for (const QByteArray& shortPayload :
-             {QByteArray(), QByteArray::fromHex("00"), QByteArray::fromHex("000001")}) {
-            const auto result = session.receive(request(MakeraPacketType::FileData, shortPayload));
-            QCOMPARE(result.error(), Error(MakeraPacketError::truncated()));
-        }
-        QCOMPARE(session.highestSequence(), 2);
-    }
-
-    void answersTheMD5RequestWithTheDigestOnce() {
-        const QByteArray file = patterned(20000);
-        const QByteArray expected = QCryptographicHash::hash(file, QCryptographicHash::Md5).toHex();
-        MakeraUploadSession session(file, QStringLiteral("part.nc"));
-        QCOMPARE(session.md5(), expected);
-        const MakeraPacket md5 = reply(session, request(MakeraPacketType::FileMD5, "ignored"));
-        QCOMPARE(md5, (MakeraPacket{MakeraPacketType::FileMD5, expected}));
-        QCOMPARE(md5.payload.size(), 32);
-
-        // Known digests: the lowercase text of RFC 1321's test suite.
-        QCOMPARE(MakeraUploadSession::md5Hex("abc"),
-                 QByteArray("900150983cd24fb0d6963f7d28e17f72"));
-        QCOMPARE(MakeraUploadSession(QByteArray("abc"), QStringLiteral("x.nc")).md5(),
-                 QByteArray("900150983cd24fb0d6963f7d28e17f72"));
-
-        // A digest taken earlier (off the main thread) is used as it is, not taken again.
-        MakeraUploadSession given(file, QStringLiteral("part.nc"), 8192, expected);
-        QCOMPARE(reply(given, request(MakeraPacketType::FileMD5)).payload, expected);
+                 outside("Requested chunk 1 is outside 1...0."));
     }
 
     void retryRepeatsTheLastReply() {
         const QByteArray file = patterned(20000);
-        MakeraUploadSession session(file, QStringLiteral("part.nc"));
-
+        MakeraUploadSession session = sessionFor(file);
         QCOMPARE(session.receive(request(MakeraPacketType::FileRetry)).error(),
                  Error(UploadError::invalidResponse(
                      QStringLiteral("Retry arrived before any transfer packet."))));
 
         const MakeraPacket opening{MakeraPacketType::FileMD5, session.md5()};
         session.setLastPacket(opening);
-        QCOMPARE(reply(session, request(MakeraPacketType::FileRetry)), opening);
-
-        const MakeraPacket md5 = reply(session, request(MakeraPacketType::FileMD5));
-        QCOMPARE(reply(session, request(MakeraPacketType::FileRetry)), md5);
-
-        const MakeraPacket view = reply(session, request(MakeraPacketType::FileView));
-        QCOMPARE(reply(session, request(MakeraPacketType::FileRetry, "\x01")), view);
-
-        const MakeraPacket chunk = reply(session, chunkRequest(2));
-        QCOMPARE(reply(session, request(MakeraPacketType::FileRetry)), chunk);
-        QCOMPARE(reply(session, request(MakeraPacketType::FileRetry)), chunk);
+        QCOMPARE(reply(session, file, request(MakeraPacketType::FileRetry)), opening);
+        const MakeraPacket md5 = reply(session, file, request(MakeraPacketType::FileMD5, "x"));
+        QCOMPARE(md5, (MakeraPacket{MakeraPacketType::FileMD5, MakeraUploadSession::md5Hex(file)}));
+        for (const MakeraPacket& asked :
+             {request(MakeraPacketType::FileView), chunkRequest(2), chunkRequest(1)}) {
+            const MakeraPacket answered = reply(session, file, asked);
+            QCOMPARE(reply(session, file, request(MakeraPacketType::FileRetry, "\x01")), answered);
+        }
         QCOMPARE(session.highestSequence(), 2);
     }
 
-    void viewRequestStartsTheProgressOver() {
-        MakeraUploadSession session(patterned(20000), QStringLiteral("part.nc"));
-        reply(session, chunkRequest(1));
-        reply(session, chunkRequest(2));
-        QCOMPARE(session.bytesSent(), 16384);
-        reply(session, request(MakeraPacketType::FileView));
-        QCOMPARE(session.highestSequence(), 0);
-        QCOMPARE(session.bytesSent(), 0);
-        reply(session, chunkRequest(1));
-        QCOMPARE(session.highestSequence(), 1);
+    void knowsWhenEveryChunkWentOut() {
+        const QByteArray file = patterned(20000);
+        MakeraUploadSession session = sessionFor(file);
+        for (const quint32 n : {3u, 1u, 3u, 2u}) {
+            QVERIFY(!session.hasServedEveryChunk());
+            reply(session, file, chunkRequest(n));
+        }
+        QVERIFY(session.hasServedEveryChunk());
+        reply(session, file, request(MakeraPacketType::FileView));
+        QVERIFY(!session.hasServedEveryChunk());
     }
 
     void reportsEndAndCancelAndIgnoresInformation() {
-        MakeraUploadSession session(patterned(100), QStringLiteral("part.nc"));
-        const MakeraPacket chunk = reply(session, chunkRequest(1));
+        const QByteArray file = patterned(100);
+        MakeraUploadSession session = sessionFor(file);
+        const MakeraPacket chunk = reply(session, file, chunkRequest(1));
 
-        const auto end = session.receive(request(MakeraPacketType::FileEnd, "x"));
-        QCOMPARE(end.value(), std::optional(Event::finished()));
-        const auto cancel = session.receive(request(MakeraPacketType::FileCancel));
-        QCOMPARE(cancel.value(), std::optional(Event::cancelled()));
-
+        QCOMPARE(session.receive(request(MakeraPacketType::FileEnd, "x")).value(),
+                 std::optional(Event::finished()));
+        QCOMPARE(session.receive(request(MakeraPacketType::FileCancel)).value(),
+                 std::optional(Event::cancelled()));
         for (MakeraPacketType type :
              {MakeraPacketType::StatusResponse, MakeraPacketType::DiagnosticResponse,
               MakeraPacketType::LoadInfo, MakeraPacketType::LoadFinished,
               MakeraPacketType::LoadError, MakeraPacketType::NormalInfo,
               MakeraPacketType::ControlSingle, MakeraPacketType::ControlMulti,
-              MakeraPacketType::FileStart}) {
-            const auto result = session.receive(request(type, "ok\n"));
-            QVERIFY(result.ok());
-            QVERIFY(!result.value().has_value());
-        }
+              MakeraPacketType::FileStart})
+            QCOMPARE(session.receive(request(type, "ok\n")).value(), std::optional<Event>());
         QCOMPARE(*session.lastPacket(), chunk);
         QCOMPARE(session.highestSequence(), 1);
     }
