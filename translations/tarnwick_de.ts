@@ -2,10 +2,464 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
+    <name>AppPersistence</name>
+    <message>
+        <source>The settings store %1 stayed locked by another program.</source>
+        <translation>Der Einstellungsspeicher %1 blieb von einem anderen Programm gesperrt.</translation>
+    </message>
+    <message>
+        <source>The lock file %1 could not be created: permission denied.</source>
+        <translation>Die Sperrdatei %1 konnte nicht angelegt werden: Zugriff verweigert.</translation>
+    </message>
+    <message>
+        <source>The lock file %1 could not be created.</source>
+        <translation>Die Sperrdatei %1 konnte nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>The settings store %1 could not be read or written.</source>
+        <translation>Der Einstellungsspeicher %1 konnte nicht gelesen oder geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The settings store %1 is not in a format that can be read.</source>
+        <translation>Der Einstellungsspeicher %1 hat ein Format, das nicht gelesen werden kann.</translation>
+    </message>
+</context>
+<context>
+    <name>BatchUploadOutput</name>
+    <message>
+        <source>waiting</source>
+        <translation>wartet</translation>
+    </message>
+    <message>
+        <source>%1 → %2</source>
+        <translation>%1 → %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n uploads succeeded.</source>
+        <translation>
+            <numerusform>%1 von %n Upload erfolgreich.</numerusform>
+            <numerusform>%1 von %n Uploads erfolgreich.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>CheckCommand</name>
+    <message>
+        <source>Checks that a machine accepts a connection</source>
+        <translation>Prüft, ob eine Maschine eine Verbindung annimmt</translation>
+    </message>
+    <message>
+        <source>Checks that a machine accepts a TCP connection within %1 seconds. The connection is closed at once; nothing is sent.</source>
+        <translation>Prüft, ob eine Maschine innerhalb von %1 Sekunden eine TCP-Verbindung annimmt. Die Verbindung wird sofort wieder geschlossen; es wird nichts gesendet.</translation>
+    </message>
+    <message>
+        <source>The machine&apos;s IPv4 address, with :PORT when its port is not %1.</source>
+        <translation>Die IPv4-Adresse der Maschine, mit :PORT, wenn ihr Port nicht %1 ist.</translation>
+    </message>
+    <message>
+        <source>Usage: %1</source>
+        <translation>Aufruf: %1</translation>
+    </message>
+    <message>
+        <source>%1 accepted the connection.</source>
+        <translation>%1 hat die Verbindung angenommen.</translation>
+    </message>
+    <message>
+        <source>Connection check failed: %1</source>
+        <translation>Die Verbindungsprüfung ist fehlgeschlagen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>CheckUpdateCommand</name>
+    <message>
+        <source>Asks the update feed whether a newer version exists</source>
+        <translation>Fragt beim Update-Dienst nach, ob es eine neuere Version gibt</translation>
+    </message>
+    <message>
+        <source>Asks the update feed whether a newer version of Tarnwick exists.</source>
+        <translation>Fragt beim Update-Dienst nach, ob es eine neuere Version von Tarnwick gibt.</translation>
+    </message>
+    <message>
+        <source>Ask this feed instead of %1.</source>
+        <translation>Diesen Update-Dienst statt %1 fragen.</translation>
+    </message>
+    <message>
+        <source>tarnwick-cli check-update: unexpected argument &apos;%1&apos;</source>
+        <translation>tarnwick-cli check-update: unerwartetes Argument „%1“</translation>
+    </message>
+    <message>
+        <source>tarnwick-cli check-update: &apos;%1&apos; is not an http or https URL</source>
+        <translation>tarnwick-cli check-update: „%1“ ist keine http- oder https-URL</translation>
+    </message>
+    <message>
+        <source>Update Check Failed: %1</source>
+        <translation>Updateprüfung fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>Update Available: %1 %2</source>
+        <translation>Update verfügbar: %1 %2</translation>
+    </message>
+    <message>
+        <source>Up to Date</source>
+        <translation>Auf dem neuesten Stand</translation>
+    </message>
+</context>
+<context>
+    <name>Command</name>
+    <message>
+        <source>Shows this help.</source>
+        <translation>Zeigt diese Hilfe.</translation>
+    </message>
+    <message>
+        <source>Usage: %1</source>
+        <translation>Aufruf: %1</translation>
+    </message>
+</context>
+<context>
+    <name>HistoryCommand</name>
+    <message>
+        <source>Prints the upload history</source>
+        <translation>Gibt den Upload-Verlauf aus</translation>
+    </message>
+    <message>
+        <source>Prints the stored upload records, newest first: the time, the machine, the size in bytes and the file&apos;s path, separated by tabs. Changes nothing.
+Exit codes: 0 printed (also when there is nothing to print), 1 the history could not be read, 2 bad usage.</source>
+        <translation>Gibt die gespeicherten Uploads aus, die neuesten zuerst: Zeit, Maschine, Größe in Bytes und Pfad der Datei, durch Tabulatoren getrennt. Ändert nichts.
+Exit-Codes: 0 ausgegeben (auch wenn es nichts auszugeben gibt), 1 der Verlauf konnte nicht gelesen werden, 2 falscher Aufruf.</translation>
+    </message>
+    <message>
+        <source>Print one JSON object per record, with the keys uploadedAt (ISO 8601), machine, file and size.</source>
+        <translation>Ein JSON-Objekt je Eintrag ausgeben, mit den Schlüsseln uploadedAt (ISO 8601), machine, file und size.</translation>
+    </message>
+    <message>
+        <source>Print comma-separated values with the header uploadedAt,machine,file,size.</source>
+        <translation>Kommagetrennte Werte mit der Kopfzeile uploadedAt,machine,file,size ausgeben.</translation>
+    </message>
+    <message>
+        <source>Only uploads to this machine: ADDRESS:PORT, or ADDRESS for every port.</source>
+        <translation>Nur Uploads an diese Maschine: ADRESSE:PORT, oder ADRESSE für jeden Port.</translation>
+    </message>
+    <message>
+        <source>Only uploads in the last DURATION: a whole number followed by s, m, h, d or w, such as 90m or 7d.</source>
+        <translation>Nur Uploads in der letzten DAUER: eine ganze Zahl, gefolgt von s, m, h, d oder w, etwa 90m oder 7d.</translation>
+    </message>
+    <message>
+        <source>Usage: %1</source>
+        <translation>Aufruf: %1</translation>
+    </message>
+    <message>
+        <source>Choose either --json or --csv.</source>
+        <translation>Wählen Sie entweder --json oder --csv.</translation>
+    </message>
+    <message>
+        <source>--since takes a duration such as 90s, 45m, 12h, 7d or 2w.</source>
+        <translation>--since erwartet eine Dauer wie 90s, 45m, 12h, 7d oder 2w.</translation>
+    </message>
+    <message>
+        <source>The upload history in %1 could not be read.</source>
+        <translation>Der Upload-Verlauf in %1 konnte nicht gelesen werden.</translation>
+    </message>
+</context>
+<context>
+    <name>InspectCommand</name>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>%1 × %2 × %3 mm (X %4 to %5, Y %6 to %7, Z %8 to %9)</source>
+        <translation>%1 × %2 × %3 mm (X %4 bis %5, Y %6 bis %7, Z %8 bis %9)</translation>
+    </message>
+    <message>
+        <source>not set</source>
+        <translation>nicht festgelegt</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>mm</translation>
+    </message>
+    <message>
+        <source>inch</source>
+        <translation>Zoll</translation>
+    </message>
+    <message>
+        <source>mixed</source>
+        <translation>gemischt</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>Lines: %1, moves: %2, units: %3</source>
+        <translation>Zeilen: %1, Bewegungen: %2, Einheiten: %3</translation>
+    </message>
+    <message>
+        <source>Cutting: %1</source>
+        <translation>Schnitte: %1</translation>
+    </message>
+    <message>
+        <source>Rapid: %1</source>
+        <translation>Eilgänge: %1</translation>
+    </message>
+    <message>
+        <source>Tools: %1</source>
+        <translation>Werkzeuge: %1</translation>
+    </message>
+    <message>
+        <source>Spindle: %1 rpm</source>
+        <translation>Spindel: %1 U/min</translation>
+    </message>
+    <message>
+        <source>Feed: %1 mm/min</source>
+        <translation>Vorschub: %1 mm/min</translation>
+    </message>
+    <message>
+        <source>Time: about %1 min</source>
+        <translation>Zeit: etwa %1 min</translation>
+    </message>
+    <message>
+        <source>Warning: %1</source>
+        <translation>Warnung: %1</translation>
+    </message>
+    <message>
+        <source>Shows what a job file will do: moves, extents, tools, time</source>
+        <translation>Zeigt, was eine Auftragsdatei tun wird: Bewegungen, Ausmaße, Werkzeuge, Zeit</translation>
+    </message>
+    <message>
+        <source>Reads a job file and prints what it will do: its moves, units, extents (in mm), tools, spindle speeds, feeds, an estimated time and warnings. Nothing is sent.
+
+Exit codes:
+  0  the file was read (warnings do not change this)
+  2  bad usage or an unusable file</source>
+        <translation>Liest eine Auftragsdatei und gibt aus, was sie tun wird: Bewegungen, Einheiten, Ausmaße (in mm), Werkzeuge, Spindeldrehzahlen, Vorschübe, eine geschätzte Zeit und Warnungen. Es wird nichts gesendet.
+
+Exit-Codes:
+  0  die Datei wurde gelesen (Warnungen ändern daran nichts)
+  2  falscher Aufruf oder unbrauchbare Datei</translation>
+    </message>
+    <message>
+        <source>Prints one JSON object instead of text.</source>
+        <translation>Gibt statt Text ein JSON-Objekt aus.</translation>
+    </message>
+    <message>
+        <source>The job file.</source>
+        <translation>Die Auftragsdatei.</translation>
+    </message>
+    <message>
+        <source>Usage: %1</source>
+        <translation>Aufruf: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressBar</name>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>connecting</source>
+        <translation>verbinde</translation>
+    </message>
+    <message>
+        <source>%1/s</source>
+        <translation>%1/s</translation>
+    </message>
+    <message>
+        <source>%1 s left</source>
+        <translation>noch %1 s</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s left</source>
+        <translation>noch %1 min %2 s</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min left</source>
+        <translation>noch %1 h %2 min</translation>
+    </message>
+    <message>
+        <source>done</source>
+        <translation>fertig</translation>
+    </message>
+    <message>
+        <source>cancelled</source>
+        <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>Checking the file… %1 %</source>
+        <translation>Datei wird geprüft… %1 %</translation>
+    </message>
+</context>
+<context>
     <name>QAbstractSocket</name>
     <message>
         <source>Socket is not connected</source>
         <translation>Socket ist nicht verbunden</translation>
+    </message>
+</context>
+<context>
+    <name>ScanCommand</name>
+    <message>
+        <source>Lists the machines that announce themselves on the local network</source>
+        <translation>Listet die Maschinen auf, die sich im lokalen Netzwerk melden</translation>
+    </message>
+    <message>
+        <source>Listens for machines that announce themselves on the local network and prints each once, as soon as it is heard: NAME, ADDRESS:PORT and STATUS separated by tabs. Sends nothing.</source>
+        <translation>Lauscht auf Maschinen, die sich im lokalen Netzwerk melden, und gibt jede einmal aus, sobald sie zu hören ist: NAME, ADRESSE:PORT und STATUS, durch Tabulatoren getrennt. Sendet nichts.</translation>
+    </message>
+    <message>
+        <source>Listens for S seconds (default 3).</source>
+        <translation>Lauscht S Sekunden lang (Standard: 3).</translation>
+    </message>
+    <message>
+        <source>Prints each machine as one JSON object per line, with the keys name, ipAddress, port and status.</source>
+        <translation>Gibt jede Maschine als ein JSON-Objekt pro Zeile aus, mit den Schlüsseln name, ipAddress, port und status.</translation>
+    </message>
+    <message>
+        <source>Listens on UDP port N instead of %1 (for testing with a simulated machine that announces itself on another port).</source>
+        <translation>Lauscht auf UDP-Port N statt %1 (zum Testen mit einer simulierten Maschine, die sich auf einem anderen Port meldet).</translation>
+    </message>
+    <message>
+        <source>scan takes no arguments besides its options.</source>
+        <translation>scan erwartet außer seinen Optionen keine Argumente.</translation>
+    </message>
+    <message>
+        <source>--seconds takes a number of seconds greater than 0 and at most %1.</source>
+        <translation>--seconds erwartet eine Anzahl Sekunden größer als 0 und höchstens %1.</translation>
+    </message>
+    <message>
+        <source>--port takes a port number from 1 to 65535.</source>
+        <translation>--port erwartet eine Portnummer von 1 bis 65535.</translation>
+    </message>
+    <message>
+        <source>Discovery failed: %1</source>
+        <translation>Die Suche nach Maschinen ist fehlgeschlagen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>UploadCommand</name>
+    <message>
+        <source>Sends job files to machines without starting them</source>
+        <translation>Sendet Auftragsdateien an Maschinen, ohne sie zu starten</translation>
+    </message>
+    <message>
+        <source>Sends job files (.nc, .cnc or .gcode) into each machine&apos;s folder /sd/gcodes/. The jobs are not started. Every file goes to every machine: one file at a time per machine, in the order given, and the machines in parallel.
+Ctrl-C, SIGTERM or SIGHUP cancels the uploads and tells the machines.
+
+Exit codes (with several uploads, the first failure in the order of the files, then of the machines):
+  0  uploaded; each upload is added to the upload history
+  1  any other failure
+  2  bad usage, an unusable file or an invalid address; nothing was sent
+  3  machine unreachable (refused, connection time-out, network error before the transfer), or no machine of that name answered
+  4  refused by the machine, or by its rules (a name it cannot take)
+  5  timed out waiting for the machine
+  6  cancelled by the user or a signal
+  7  sent to this machine in the last 24 hours (see --again)
+  8  the job file changed or became unreadable during the upload</source>
+        <translation>Sendet Auftragsdateien (.nc, .cnc oder .gcode) in den Ordner /sd/gcodes/ jeder Maschine. Die Aufträge werden nicht gestartet. Jede Datei geht an jede Maschine: je Maschine eine Datei nach der anderen, in der angegebenen Reihenfolge, und die Maschinen parallel.
+Strg+C, SIGTERM oder SIGHUP bricht das Hochladen ab und teilt es den Maschinen mit.
+
+Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien, dann der Maschinen):
+  0  hochgeladen; jeder Upload wird in den Upload-Verlauf aufgenommen
+  1  jeder andere Fehler
+  2  falscher Aufruf, eine unbrauchbare Datei oder eine ungültige Adresse; es wurde nichts gesendet
+  3  Maschine nicht erreichbar (abgewiesen, Zeitüberschreitung beim Verbinden, Netzwerkfehler vor der Übertragung), oder keine Maschine dieses Namens hat geantwortet
+  4  von der Maschine oder ihren Regeln abgelehnt (ein Name, den sie nicht annehmen kann)
+  5  Zeitüberschreitung beim Warten auf die Maschine
+  6  vom Benutzer oder durch ein Signal abgebrochen
+  7  in den letzten 24 Stunden an diese Maschine gesendet (siehe --again)
+  8  die Auftragsdatei hat sich während des Hochladens geändert oder wurde unlesbar</translation>
+    </message>
+    <message>
+        <source>A machine: its IPv4 address, with the controller&apos;s port (%1 when left out), or the name it announces on the local network. Repeat for several machines.</source>
+        <translation>Eine Maschine: ihre IPv4-Adresse mit dem Port der Steuerung (%1, wenn weggelassen) oder der Name, unter dem sie sich im lokalen Netzwerk meldet. Für mehrere Maschinen wiederholen.</translation>
+    </message>
+    <message>
+        <source>Send a file even if it went to the machine in the last 24 hours.</source>
+        <translation>Eine Datei auch senden, wenn sie in den letzten 24 Stunden an die Maschine ging.</translation>
+    </message>
+    <message>
+        <source>Send to a machine found by name even if it announces itself busy.</source>
+        <translation>An eine über ihren Namen gefundene Maschine auch senden, wenn sie sich als belegt meldet.</translation>
+    </message>
+    <message>
+        <source>Print one JSON object per line: per progress value {&quot;phase&quot;, &quot;bytesSent&quot;, &quot;totalBytes&quot;, &quot;bytesPerSecond&quot;} (while the file is checked {&quot;phase&quot;: &quot;checking&quot;, &quot;bytesChecked&quot;, &quot;totalBytes&quot;}), on failure {&quot;error&quot;, &quot;kind&quot;} with kind one of failed, usage, unreachable, refused, timeout, cancelled, duplicate, file, and {&quot;warning&quot;} when the history could not be saved. With several uploads every line also has &quot;file&quot; and &quot;machine&quot;, each upload ends with a line holding its &quot;exitCode&quot;, and a last line sums up.</source>
+        <translation>Ein JSON-Objekt pro Zeile ausgeben: je Fortschrittswert {&quot;phase&quot;, &quot;bytesSent&quot;, &quot;totalBytes&quot;, &quot;bytesPerSecond&quot;} (während die Datei geprüft wird {&quot;phase&quot;: &quot;checking&quot;, &quot;bytesChecked&quot;, &quot;totalBytes&quot;}), bei einem Fehler {&quot;error&quot;, &quot;kind&quot;} mit kind aus failed, usage, unreachable, refused, timeout, cancelled, duplicate, file, und {&quot;warning&quot;}, wenn der Verlauf nicht gespeichert werden konnte. Bei mehreren Uploads hat jede Zeile auch &quot;file&quot; und &quot;machine&quot;, jeder Upload endet mit einer Zeile mit seinem &quot;exitCode&quot;, und eine letzte Zeile fasst zusammen.</translation>
+    </message>
+    <message>
+        <source>Usage: %1</source>
+        <translation>Aufruf: %1</translation>
+    </message>
+    <message>
+        <source>--discovery-port takes a port number from 1 to 65535.</source>
+        <translation>--discovery-port erwartet eine Portnummer von 1 bis 65535.</translation>
+    </message>
+    <message>
+        <source>No machine named “%1” answered the scan.</source>
+        <translation>Auf die Suche hat keine Maschine namens „%1“ geantwortet.</translation>
+    </message>
+    <message>
+        <source>More than one machine is named “%1”: %2. Give its address instead.</source>
+        <translation>Mehr als eine Maschine heißt „%1“: %2. Geben Sie stattdessen ihre Adresse an.</translation>
+    </message>
+    <message>
+        <source>“%1” at %2 is busy, so nothing was sent to it. Add --busy-ok to send to it anyway.</source>
+        <translation>„%1“ unter %2 ist belegt, daher wurde nichts dorthin gesendet. Fügen Sie --busy-ok hinzu, um trotzdem zu senden.</translation>
+    </message>
+    <message>
+        <source>The job files to send.</source>
+        <translation>Die zu sendenden Auftragsdateien.</translation>
+    </message>
+</context>
+<context>
+    <name>cli</name>
+    <message>
+        <source>Manual machine</source>
+        <translation>Manuelle Maschine</translation>
+    </message>
+    <message>
+        <source>Enter a valid IPv4 address and port.</source>
+        <translation>Geben Sie eine gültige IPv4-Adresse und einen Port ein.</translation>
+    </message>
+    <message>
+        <source>Discovery failed: %1</source>
+        <translation>Die Suche nach Maschinen ist fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>Uploaded %1 to %2:/sd/gcodes/%1.</source>
+        <translation>%1 nach %2:/sd/gcodes/%1 hochgeladen.</translation>
+    </message>
+    <message>
+        <source>Usage: tarnwick-cli COMMAND [OPTIONS]
+
+Sends job files to Makera CNC machines on the local network. It never starts a job.
+
+Commands:
+</source>
+        <translation>Aufruf: tarnwick-cli BEFEHL [OPTIONEN]
+
+Sendet Auftragsdateien an Makera-CNC-Maschinen im lokalen Netzwerk. Startet nie einen Auftrag.
+
+Befehle:
+</translation>
+    </message>
+    <message>
+        <source>
+Run &apos;tarnwick-cli COMMAND --help&apos; for a command&apos;s options and exit codes.
+Exit codes: 0 success, 1 failure, 2 bad usage or input; upload has more.
+</source>
+        <translation>
+„tarnwick-cli BEFEHL --help“ zeigt die Optionen und Exit-Codes eines Befehls.
+Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; upload hat weitere.
+</translation>
+    </message>
+    <message>
+        <source>tarnwick-cli: unknown command &apos;%1&apos;</source>
+        <translation>tarnwick-cli: unbekannter Befehl „%1“</translation>
     </message>
 </context>
 <context>
@@ -21,6 +475,10 @@
     <message>
         <source>Manual machine</source>
         <translation>Manuelle Maschine</translation>
+    </message>
+    <message>
+        <source>The upload history could not be saved: %1</source>
+        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
     </message>
 </context>
 <context>
@@ -181,6 +639,14 @@
         <source>The update feed at %1 could not be read.</source>
         <translation>Die Versionsinformationen unter %1 konnten nicht gelesen werden.</translation>
     </message>
+    <message>
+        <source>The update server did not answer within %1 seconds.</source>
+        <translation>Der Update-Server hat nicht innerhalb von %1 Sekunden geantwortet.</translation>
+    </message>
+    <message>
+        <source>%1 the compressed answer is damaged or cut short.</source>
+        <translation>%1 die komprimierte Antwort ist beschädigt oder unvollständig.</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::UploadError</name>
@@ -199,6 +665,734 @@
     <message>
         <source>The machine did not respond before the upload timed out.</source>
         <translation>Die Maschine hat nicht geantwortet, bevor die Zeit für das Hochladen abgelaufen war.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::cli::PairUpload</name>
+    <message>
+        <source>This exact file was uploaded to this machine in the last 24 hours. Run the command again with --again to send it anyway.</source>
+        <translation>Genau diese Datei wurde in den letzten 24 Stunden auf diese Maschine hochgeladen. Führen Sie den Befehl mit --again erneut aus, um sie trotzdem zu senden.</translation>
+    </message>
+    <message>
+        <source>The upload history could not be saved: %1</source>
+        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::gcode::Warning</name>
+    <message>
+        <source>The file sets no units (G20 or G21); millimetres are assumed.</source>
+        <translation>Die Datei legt keine Einheiten fest (G20 oder G21); es werden Millimeter angenommen.</translation>
+    </message>
+    <message>
+        <source>Line %1 switches between inches and millimetres.</source>
+        <translation>Zeile %1 wechselt zwischen Zoll und Millimetern.</translation>
+    </message>
+    <message>
+        <source>Line %1 feeds before any feed rate (F) is set.</source>
+        <translation>Zeile %1 fährt im Vorschub, bevor ein Vorschub (F) festgelegt ist.</translation>
+    </message>
+    <message>
+        <source>Line %1 cuts while the spindle is stopped (no M3 or M4 before it).</source>
+        <translation>Zeile %1 schneidet bei stehender Spindel (kein M3 oder M4 davor).</translation>
+    </message>
+    <message>
+        <source>Line %1: %2 is not supported, so the analysis is partial.</source>
+        <translation>Zeile %1: %2 wird nicht unterstützt, daher ist die Analyse unvollständig.</translation>
+    </message>
+    <message>
+        <source>Line %1 is not understood near &quot;%2&quot;, so the analysis is partial.</source>
+        <translation>Zeile %1 wird bei „%2“ nicht verstanden, daher ist die Analyse unvollständig.</translation>
+    </message>
+    <message>
+        <source>Line %1 has an arc whose end point does not fit its radius or centre, so the analysis is partial.</source>
+        <translation>Zeile %1 enthält einen Bogen, dessen Endpunkt nicht zu Radius oder Mittelpunkt passt, daher ist die Analyse unvollständig.</translation>
+    </message>
+    <message>
+        <source>Line %1 moves in machine coordinates (%2); that move is not part of the extents.</source>
+        <translation>Zeile %1 bewegt in Maschinenkoordinaten (%2); diese Bewegung zählt nicht zu den Ausmaßen.</translation>
+    </message>
+    <message>
+        <source>Line %1 comes after the program&apos;s end (M2 or M30) and is not run.</source>
+        <translation>Zeile %1 steht nach dem Programmende (M2 oder M30) und wird nicht ausgeführt.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::AboutView</name>
+    <message>
+        <source>Stand on the shoulders of giants.</source>
+        <translation>Auf den Schultern von Riesen stehen.</translation>
+    </message>
+    <message>
+        <source>Measure twice, cut once.</source>
+        <translation>Zweimal messen, einmal schneiden.</translation>
+    </message>
+    <message>
+        <source>The best way to predict the future is to invent it.</source>
+        <translation>Die Zukunft sagt man am besten voraus, indem man sie erfindet.</translation>
+    </message>
+    <message>
+        <source>Make it work, make it right, make it fast.</source>
+        <translation>Erst zum Laufen bringen, dann richtig machen, dann schnell machen.</translation>
+    </message>
+    <message>
+        <source>The details are not the details. They make the design.</source>
+        <translation>Die Details sind nicht bloß Details. Sie machen das Design aus.</translation>
+    </message>
+    <message>
+        <source>A ship in harbour is safe, but that is not what ships are built for.</source>
+        <translation>Ein Schiff im Hafen ist sicher, doch dafür werden Schiffe nicht gebaut.</translation>
+    </message>
+    <message>
+        <source>If a job&apos;s worth doing, it&apos;s worth doing well.</source>
+        <translation>Was man macht, soll man richtig machen.</translation>
+    </message>
+    <message>
+        <source>Perfect is the enemy of done.</source>
+        <translation>Perfekt ist der Feind von fertig.</translation>
+    </message>
+    <message>
+        <source>Every expert was once a beginner.</source>
+        <translation>Jeder Meister hat einmal klein angefangen.</translation>
+    </message>
+    <message>
+        <source>First make the thing, then make the thing better.</source>
+        <translation>Erst bauen, dann besser bauen.</translation>
+    </message>
+    <message>
+        <source>Spread a little happiness with a random act of kindness today.</source>
+        <translation>Bereiten Sie heute jemandem mit einer kleinen Freundlichkeit eine Freude.</translation>
+    </message>
+    <message>
+        <source>Version %1 (%2)</source>
+        <extracomment>%1 is the version, %2 the build number.</extracomment>
+        <translation>Version %1 (%2)</translation>
+    </message>
+    <message>
+        <source>About Tarnwick</source>
+        <translation>Über Tarnwick</translation>
+    </message>
+    <message>
+        <source>Tarnwick</source>
+        <translation>Tarnwick</translation>
+    </message>
+    <message>
+        <source>“%1”</source>
+        <extracomment>The About window&apos;s quote between quotation marks.</extracomment>
+        <translation>„%1“</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::ContentView</name>
+    <message>
+        <source>Makera job files (%1)</source>
+        <extracomment>The file panel&apos;s filter; %1 is the list of patterns such as &quot;*.nc *.cnc&quot;.</extracomment>
+        <translation>Makera-Auftragsdateien (%1)</translation>
+    </message>
+    <message>
+        <source>Tarnwick</source>
+        <translation>Tarnwick</translation>
+    </message>
+    <message>
+        <source>Destination</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>Job file</source>
+        <translation>Auftragsdatei</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Transfer</source>
+        <translation>Übertragung</translation>
+    </message>
+    <message>
+        <source>Recent files</source>
+        <translation>Zuletzt verwendet</translation>
+    </message>
+    <message>
+        <source>Send job files to a Makera CNC without starting them.</source>
+        <translation>Sendet Auftragsdateien an eine Makera-CNC, ohne sie zu starten.</translation>
+    </message>
+    <message>
+        <source>Upload only</source>
+        <translation>Nur hochladen</translation>
+    </message>
+    <message>
+        <source>Tarnwick never opens, selects or starts a job and contains no motion-control commands.</source>
+        <translation>Tarnwick öffnet, wählt oder startet nie einen Auftrag und enthält keine Bewegungsbefehle.</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Choose a Makera job file</source>
+        <translation>Makera-Auftragsdatei wählen</translation>
+    </message>
+    <message>
+        <source>Choose</source>
+        <translation>Wählen</translation>
+    </message>
+    <message>
+        <source>Unknown error</source>
+        <translation>Unbekannter Fehler</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>An upload is still running.</source>
+        <translation>Das Hochladen läuft noch.</translation>
+    </message>
+    <message>
+        <source>Closing Tarnwick cancels the upload on the machine.</source>
+        <translation>Wenn Sie Tarnwick schließen, wird das Hochladen auf der Maschine abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Cancel Upload and Quit</source>
+        <translation>Hochladen abbrechen und beenden</translation>
+    </message>
+    <message>
+        <source>Keep Uploading</source>
+        <translation>Weiter hochladen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::DestinationCard</name>
+    <message>
+        <source>Check Again</source>
+        <translation>Erneut prüfen</translation>
+    </message>
+    <message>
+        <source>Check whether the machine answers</source>
+        <translation>Prüfen, ob die Maschine antwortet</translation>
+    </message>
+    <message>
+        <source>Choose a destination</source>
+        <translation>Ziel wählen</translation>
+    </message>
+    <message>
+        <source>Select a discovered machine or enter its IP address.</source>
+        <translation>Wählen Sie eine gefundene Maschine oder geben Sie ihre IP-Adresse ein.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::ElidedLabel</name>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::FileCard</name>
+    <message>
+        <source>Choose Another…</source>
+        <translation>Andere Datei…</translation>
+    </message>
+    <message>
+        <source>Sent uncompressed to %1 on the machine</source>
+        <translation>Wird unkomprimiert nach %1 auf der Maschine gesendet</translation>
+    </message>
+    <message>
+        <source>Review Upload</source>
+        <translation>Hochladen prüfen</translation>
+    </message>
+    <message>
+        <source>Choose an .nc, .cnc or .gcode file…</source>
+        <translation>Eine .nc-, .cnc- oder .gcode-Datei wählen…</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::Formatting</name>
+    <message>
+        <source>%1 byte</source>
+        <extracomment>A byte count below one kilobyte; %1 is the number.</extracomment>
+        <translation>%1 Byte</translation>
+    </message>
+    <message>
+        <source>%1 bytes</source>
+        <translation>%1 Byte</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <extracomment>A byte count in a decimal unit: %1 is the number, %2 the unit such as &quot;MB&quot;.</extracomment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>%1/s</source>
+        <extracomment>A transfer rate: %1 is a byte count such as &quot;48 kB&quot;.</extracomment>
+        <translation>%1/s</translation>
+    </message>
+    <message>
+        <source>About %1 s left</source>
+        <translation>Noch etwa %1 s</translation>
+    </message>
+    <message>
+        <source>About %1 min left</source>
+        <translation>Noch etwa %1 min</translation>
+    </message>
+    <message>
+        <source>About %1 h %2 min left</source>
+        <translation>Noch etwa %1 h %2 min</translation>
+    </message>
+    <message>
+        <source>Preparing</source>
+        <translation>Wird vorbereitet</translation>
+    </message>
+    <message>
+        <source>Uploading</source>
+        <translation>Wird hochgeladen</translation>
+    </message>
+    <message>
+        <source>Upload complete</source>
+        <translation>Hochladen abgeschlossen</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Available</source>
+        <translation>Verfügbar</translation>
+    </message>
+    <message>
+        <source>Connecting</source>
+        <translation>Wird verbunden</translation>
+    </message>
+    <message>
+        <source>Connected</source>
+        <translation>Verbunden</translation>
+    </message>
+    <message>
+        <source>Busy</source>
+        <translation>Belegt</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>Nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>%1 · %2</source>
+        <extracomment>The destination&apos;s model, a middle dot, and its address and port.</extracomment>
+        <translation>%1 · %2</translation>
+    </message>
+    <message>
+        <source>Model unknown</source>
+        <translation>Modell unbekannt</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::JobPreviewTexts</name>
+    <message>
+        <source>in</source>
+        <translation>in</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>mm</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>%1 × %2 × %3 %4</source>
+        <extracomment>Width × depth × height of a box, then the unit of length.</extracomment>
+        <translation>%1 × %2 × %3 %4</translation>
+    </message>
+    <message>
+        <source>%1 (%2 × %3 × %4 mm)</source>
+        <extracomment>A box in inches, then the same in millimetres.</extracomment>
+        <translation>%1 (%2 × %3 × %4 mm)</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>%1 to %2 %3</source>
+        <translation>%1 bis %2 %3</translation>
+    </message>
+    <message>
+        <source>Millimetres</source>
+        <translation>Millimeter</translation>
+    </message>
+    <message>
+        <source>Inches</source>
+        <translation>Zoll</translation>
+    </message>
+    <message>
+        <source>Inches and millimetres</source>
+        <translation>Zoll und Millimeter</translation>
+    </message>
+    <message>
+        <source>Not set</source>
+        <translation>Nicht festgelegt</translation>
+    </message>
+    <message>
+        <source>%1, absolute and incremental</source>
+        <translation>%1, absolut und inkrementell</translation>
+    </message>
+    <message>
+        <source>%1, incremental</source>
+        <translation>%1, inkrementell</translation>
+    </message>
+    <message>
+        <source>%1, absolute</source>
+        <translation>%1, absolut</translation>
+    </message>
+    <message>
+        <source>T%1</source>
+        <translation>T%1</translation>
+    </message>
+    <message>
+        <source>Cuts</source>
+        <translation>Schnitte</translation>
+    </message>
+    <message>
+        <source>Rapid moves</source>
+        <translation>Eilgänge</translation>
+    </message>
+    <message>
+        <source>Units</source>
+        <translation>Einheiten</translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation>Werkzeuge</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>Spindle</source>
+        <translation>Spindel</translation>
+    </message>
+    <message>
+        <source>rpm</source>
+        <translation>U/min</translation>
+    </message>
+    <message>
+        <source>Feed</source>
+        <translation>Vorschub</translation>
+    </message>
+    <message>
+        <source>%1/min</source>
+        <translation>%1/min</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>about %1</source>
+        <translation>etwa %1</translation>
+    </message>
+    <message>
+        <source>Moves</source>
+        <translation>Bewegungen</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 h %2 min</translation>
+    </message>
+    <message>
+        <source>Part of the file was not understood, so this preview is partial.</source>
+        <translation>Ein Teil der Datei wurde nicht verstanden, daher ist diese Vorschau unvollständig.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::JobPreviewView</name>
+    <message>
+        <source>Choose a job file to see what it will cut.</source>
+        <translation>Wählen Sie eine Auftragsdatei, um zu sehen, was sie fräst.</translation>
+    </message>
+    <message>
+        <source>Reading the file…</source>
+        <translation>Datei wird gelesen…</translation>
+    </message>
+    <message>
+        <source>The file could not be read: %1</source>
+        <translation>Die Datei konnte nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>Warnings not shown: %1.</source>
+        <translation>Nicht angezeigte Warnungen: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::MachineListModel</name>
+    <message>
+        <source>%1 at %2</source>
+        <translation>%1 unter %2</translation>
+    </message>
+    <message>
+        <source>%1, %2, %3</source>
+        <extracomment>A machine in the sidebar as assistive technology reads it: name, address, status.</extracomment>
+        <translation>%1, %2, %3</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::MachineRowDelegate</name>
+    <message>
+        <source>Busy</source>
+        <translation>Belegt</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::MachineSidebar</name>
+    <message>
+        <source>Machines</source>
+        <translation>Maschinen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Stopped listing more: the scan heard more than %n machines.</source>
+        <translation>
+            <numerusform>Liste beendet: Die Suche hat mehr als %n Maschine gefunden.</numerusform>
+            <numerusform>Liste beendet: Die Suche hat mehr als %n Maschinen gefunden.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Local network</source>
+        <translation>Lokales Netzwerk</translation>
+    </message>
+    <message>
+        <source>Scan for Makera machines</source>
+        <translation>Nach Makera-Maschinen suchen</translation>
+    </message>
+    <message>
+        <source>Enter IP address</source>
+        <translation>IP-Adresse eingeben</translation>
+    </message>
+    <message>
+        <source>IP address</source>
+        <translation>IP-Adresse</translation>
+    </message>
+    <message>
+        <source>Port</source>
+        <translation>Port</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Enter a valid IPv4 address and port.</source>
+        <translation>Geben Sie eine gültige IPv4-Adresse und einen Port ein.</translation>
+    </message>
+    <message>
+        <source>No machine answered the scan.
+
+This usually means that the system does not allow Tarnwick to use the local network, that a firewall blocks UDP port 3333, or that the machine is on another subnet or reached through a VPN.
+
+Use “Enter IP address” below to add the machine by its address.</source>
+        <translation>Auf die Suche hat keine Maschine geantwortet.
+
+Meist erlaubt das System Tarnwick nicht, das lokale Netzwerk zu nutzen, eine Firewall sperrt UDP-Port 3333, oder die Maschine liegt in einem anderen Subnetz oder ist über ein VPN verbunden.
+
+Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse hinzu.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::RecentFilesView</name>
+    <message>
+        <source>Files you choose will appear here.</source>
+        <translation>Hier erscheinen die Dateien, die Sie wählen.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::SettingsView</name>
+    <message>
+        <source>At launch, Tarnwick asks %1/quorle whether a newer version is available. The request carries a random install identifier used only to count installs — nothing about you or your files is sent.</source>
+        <extracomment>%1 is the update host, such as &quot;tarnwick.app&quot;.</extracomment>
+        <translation>Beim Start fragt Tarnwick bei %1/quorle nach, ob eine neuere Version verfügbar ist. Die Anfrage enthält eine zufällige Installationskennung, die nur zum Zählen der Installationen dient – nichts über Sie oder Ihre Dateien wird gesendet.</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Check for updates automatically</source>
+        <translation>Automatisch nach Updates suchen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::TarnwickApp</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>Choose Job File…</source>
+        <translation>Auftragsdatei wählen…</translation>
+    </message>
+    <message>
+        <source>Settings…</source>
+        <translation>Einstellungen…</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>About Tarnwick</source>
+        <translation>Über Tarnwick</translation>
+    </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation>Nach Updates suchen…</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::TransferCard</name>
+    <message>
+        <source>Transfer progress</source>
+        <translation>Übertragungsfortschritt</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Cancel upload</source>
+        <translation>Hochladen abbrechen</translation>
+    </message>
+    <message>
+        <source>Sending “%1” to %2</source>
+        <translation>„%1“ wird an %2 gesendet</translation>
+    </message>
+    <message>
+        <source>Sent “%1” to %2</source>
+        <translation>„%1“ an %2 gesendet</translation>
+    </message>
+    <message>
+        <source>“%1” to %2</source>
+        <translation>„%1“ an %2</translation>
+    </message>
+    <message>
+        <source>Upload failed</source>
+        <translation>Hochladen fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Checking the file… %1</source>
+        <translation>Datei wird geprüft… %1</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::UpdateAlert</name>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Tarnwick %1 is available from %2/quorle.</source>
+        <extracomment>%1 is the new version, %2 the update host such as &quot;tarnwick.app&quot;.</extracomment>
+        <translation>Tarnwick %1 ist unter %2/quorle erhältlich.</translation>
+    </message>
+    <message>
+        <source>Update Available</source>
+        <translation>Update verfügbar</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Später</translation>
+    </message>
+    <message>
+        <source>Update Check Failed</source>
+        <translation>Updateprüfung fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Up to Date</source>
+        <translation>Auf dem neuesten Stand</translation>
+    </message>
+    <message>
+        <source>You are running the latest version of Tarnwick.</source>
+        <translation>Sie verwenden die neueste Version von Tarnwick.</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Updates</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::UploadConfirmationView</name>
+    <message>
+        <source>Confirm upload</source>
+        <translation>Hochladen bestätigen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Hochladen</translation>
+    </message>
+    <message>
+        <source>This sends the file only. It will not start a job.</source>
+        <translation>Es wird nur die Datei gesendet. Ein Auftrag wird nicht gestartet.</translation>
+    </message>
+    <message>
+        <source>Destination</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>Filename</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Remote path</source>
+        <translation>Pfad auf der Maschine</translation>
+    </message>
+    <message>
+        <source>This exact file was uploaded to this machine in the last 24 hours.</source>
+        <translation>Genau diese Datei wurde in den letzten 24 Stunden auf diese Maschine hochgeladen.</translation>
+    </message>
+    <message>
+        <source>Upload it again</source>
+        <translation>Erneut hochladen</translation>
     </message>
 </context>
 </TS>

@@ -85,7 +85,7 @@ UploadCommand::UploadCommand()
                 "cancelled, duplicate, file, and {\"warning\"} when the history could not be "
                 "saved. With several uploads every line also has \"file\" and \"machine\", each "
                 "upload ends with a line holding its \"exitCode\", and a last line sums up."))
-    , m_discoveryPort(QStringLiteral("discovery-port"), {}, QStringLiteral("N")) {
+    , m_discoveryPort(QStringLiteral("discovery-port"), QString(), QStringLiteral("N")) {
     m_discoveryPort.setFlags(QCommandLineOption::HiddenFromHelp);
     parser().addPositionalArgument(QStringLiteral("FILE"), tr("The job files to send."),
                                    QStringLiteral("FILE..."));

@@ -10,16 +10,18 @@ namespace tarnwick::ui {
 
 namespace {
 
-QString translated(const char* source) {
-    return QCoreApplication::translate("tarnwick::ui::Formatting", source);
-}
+// Free functions have no tr() of their own; a class that only declares the context gives them one
+// that the catalogue tools read.
+class Formatting {
+    Q_DECLARE_TR_FUNCTIONS(tarnwick::ui::Formatting)
+};
 
 } // namespace
 
 QString byteCount(qint64 bytes, const QLocale& locale) {
     if (bytes > -1000 && bytes < 1000) {
         //: A byte count below one kilobyte; %1 is the number.
-        return (bytes == 1 || bytes == -1 ? translated("%1 byte") : translated("%1 bytes"))
+        return (bytes == 1 || bytes == -1 ? Formatting::tr("%1 byte") : Formatting::tr("%1 bytes"))
             .arg(locale.toString(bytes));
     }
     static const std::array<const char*, 6> units{"kB", "MB", "GB", "TB", "PB", "EB"};
@@ -38,9 +40,9 @@ QString byteCount(qint64 bytes, const QLocale& locale) {
         ++unit;
     }
     //: A byte count in a decimal unit: %1 is the number, %2 the unit such as "MB".
-    return translated("%1 %2").arg((bytes < 0 ? locale.negativeSign() : QString()) +
-                                       locale.toString(value, 'f', precision),
-                                   QLatin1String(units[unit]));
+    return Formatting::tr("%1 %2").arg((bytes < 0 ? locale.negativeSign() : QString()) +
+                                           locale.toString(value, 'f', precision),
+                                       QLatin1String(units[unit]));
 }
 
 QString percentText(double fraction, const QLocale& locale) {
@@ -54,7 +56,7 @@ std::optional<QString> rateText(double bytesPerSecond, const QLocale& locale) {
     if (!std::isfinite(bytesPerSecond) || bytesPerSecond <= 0 || bytesPerSecond >= limit)
         return std::nullopt;
     //: A transfer rate: %1 is a byte count such as "48 kB".
-    return translated("%1/s").arg(byteCount(static_cast<qint64>(bytesPerSecond), locale));
+    return Formatting::tr("%1/s").arg(byteCount(static_cast<qint64>(bytesPerSecond), locale));
 }
 
 std::optional<QString> timeLeftText(const TransferProgress& progress) {
@@ -66,23 +68,23 @@ std::optional<QString> timeLeftText(const TransferProgress& progress) {
     if (!std::isfinite(seconds) || seconds > 360'000)
         return std::nullopt;
     if (seconds < 60)
-        return translated("About %1 s left").arg(std::max(1, int(std::ceil(seconds))));
+        return Formatting::tr("About %1 s left").arg(std::max(1, int(std::ceil(seconds))));
     const int minutes = int(std::ceil(seconds / 60));
     if (minutes < 60)
-        return translated("About %1 min left").arg(minutes);
-    return translated("About %1 h %2 min left").arg(minutes / 60).arg(minutes % 60);
+        return Formatting::tr("About %1 min left").arg(minutes);
+    return Formatting::tr("About %1 h %2 min left").arg(minutes / 60).arg(minutes % 60);
 }
 
 QString phaseTitle(TransferProgress::Phase phase) {
     switch (phase) {
     case TransferProgress::Phase::Preparing:
-        return translated("Preparing");
+        return Formatting::tr("Preparing");
     case TransferProgress::Phase::Uploading:
-        return translated("Uploading");
+        return Formatting::tr("Uploading");
     case TransferProgress::Phase::Completed:
-        return translated("Upload complete");
+        return Formatting::tr("Upload complete");
     case TransferProgress::Phase::Cancelled:
-        return translated("Cancelled");
+        return Formatting::tr("Cancelled");
     }
     return {};
 }
@@ -90,15 +92,15 @@ QString phaseTitle(TransferProgress::Phase phase) {
 QString statusWord(Machine::ConnectionStatus status) {
     switch (status) {
     case Machine::ConnectionStatus::Discovered:
-        return translated("Available");
+        return Formatting::tr("Available");
     case Machine::ConnectionStatus::Connecting:
-        return translated("Connecting");
+        return Formatting::tr("Connecting");
     case Machine::ConnectionStatus::Connected:
-        return translated("Connected");
+        return Formatting::tr("Connected");
     case Machine::ConnectionStatus::Busy:
-        return translated("Busy");
+        return Formatting::tr("Busy");
     case Machine::ConnectionStatus::Unavailable:
-        return translated("Unavailable");
+        return Formatting::tr("Unavailable");
     }
     return {};
 }
@@ -109,8 +111,8 @@ QString machineAddress(const Machine& machine) {
 
 QString machineSubtitle(const Machine& machine) {
     //: The destination's model, a middle dot, and its address and port.
-    return translated("%1 \u00B7 %2")
-        .arg(machine.model.value_or(translated("Model unknown")), machineAddress(machine));
+    return Formatting::tr("%1 \u00B7 %2")
+        .arg(machine.model.value_or(Formatting::tr("Model unknown")), machineAddress(machine));
 }
 
 } // namespace tarnwick::ui

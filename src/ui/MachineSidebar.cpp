@@ -55,7 +55,7 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
            "This usually means that the system does not allow Tarnwick to use the local "
            "network, that a firewall blocks UDP port 3333, or that the machine is on another "
            "subnet or reached through a VPN.\n\n"
-           "Use \u201CEnter IP address\u201D below to add the machine by its address."),
+           "Use “Enter IP address” below to add the machine by its address."),
         this);
     m_emptyHint->setObjectName(QStringLiteral("noMachinesHint"));
     m_emptyHint->setWordWrap(true);

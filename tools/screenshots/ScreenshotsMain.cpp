@@ -1,9 +1,11 @@
 // Renders the windows in their key states, over fake services, to PNG files: the main window
 // (empty, machines listed, file chosen, uploading, complete, failed with its alert and after it,
 // a 200-character name), the confirmation sheet with and without the duplicate warning and with
-// the long name, the update-failure alert, About and Settings, each in a light and a dark palette.
+// the long name, the update-failure alert, About and Settings, each in a light and a dark palette,
+// and all of them once more in German, whose longer words are the first to be cut off.
 // With --icons DIR it renders the application icon at the sizes desktops ask for instead.
 
+#include "i18n/Translations.h"
 #include "ui/AboutView.h"
 #include "ui/ContentView.h"
 #include "ui/FileJobAnalyser.h"
@@ -298,5 +300,10 @@ int main(int argc, char* argv[]) {
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     shootAppearance(arguments[1], QStringLiteral("light"), lightPalette());
     shootAppearance(arguments[1], QStringLiteral("dark"), darkPalette());
+    const QLocale german(QLocale::German, QLocale::Germany);
+    if (!i18n::useLanguage(german))
+        qFatal("the German catalogue is missing");
+    QLocale::setDefault(german);
+    shootAppearance(arguments[1], QStringLiteral("light-de"), lightPalette());
     return 0;
 }
