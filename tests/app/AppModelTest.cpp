@@ -1,8 +1,7 @@
 #include "app/AppModel.h"
 
 #include "app/SettingsStore.h"
-#include "support/FakeServices.h"
-#include "support/TestFiles.h"
+#include "support/ModelHarness.h"
 
 #include <QLockFile>
 #include <QSignalSpy>
@@ -16,10 +15,6 @@ using Phase = TransferProgress::Phase;
 
 namespace {
 
-Machine machine(const QString& name, const QString& address, Status status = Status::Discovered) {
-    return {name, std::nullopt, address, 2222, status};
-}
-
 QStringList names(const QList<Machine>& machines) {
     QStringList result;
     for (const Machine& m : machines)
@@ -32,53 +27,34 @@ QStringList names(const QList<Machine>& machines) {
 class AppModelTest : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_dir;
-    FakeDiscoverer* m_discoverer = nullptr;
-    FakeConnector* m_connector = nullptr;
-    FakeUploaderFactory m_uploaders;
-    QDateTime m_now = QDateTime(QDate(2026, 11, 23), QTime(12, 0), Qt::UTC);
-
-    std::unique_ptr<AppModel> makeModel() {
-        auto discoverer = std::make_unique<FakeDiscoverer>();
-        auto connector = std::make_unique<FakeConnector>();
-        m_discoverer = discoverer.get();
-        m_connector = connector.get();
-        auto model = std::make_unique<AppModel>(
-            std::move(discoverer), std::move(connector), m_uploaders.factory(),
-            std::make_unique<AppPersistence>(temporaryStore(m_dir)));
-        model->setClock([this] { return m_now; });
-        return model;
-    }
+    std::unique_ptr<ModelHarness> h;
+    const QDateTime m_now = QDateTime(QDate(2026, 11, 23), QTime(12, 0), Qt::UTC);
 
     void announce(const QString& name, const QString& address, Status status = Status::Discovered) {
-        Q_EMIT m_discoverer->scans.last()->machineFound(machine(name, address, status));
+        Q_EMIT h->discoverer->scans.last()->machineFound(
+            ModelHarness::machine(name, address, 2222, status));
     }
 
-    JobFile jobFile(const QString& name, const QByteArray& content = "G0 X1\n") {
-        return JobFile::fromUrl(writeFile(m_dir, name, content)).value();
-    }
-
-    // A model with a machine selected and reachable, and a file chosen.
-    std::unique_ptr<AppModel> readyModel(const JobFile& file) {
-        auto model = makeModel();
-        model->addManualMachine(u"127.0.0.1"_s, 2222);
-        Q_EMIT m_connector->checks.last()->finished();
-        model->chooseFile(file);
-        return model;
+    // The model with a machine selected and reachable, and a file chosen.
+    AppModel* readyModel(const JobFile& file) {
+        h->model->addManualMachine(u"127.0.0.1"_s, 2222);
+        Q_EMIT h->connector->checks.last()->finished();
+        h->model->chooseFile(file);
+        return h->model.get();
     }
 
 private Q_SLOTS:
     void init() {
-        temporaryStore(m_dir)->clear();
-        m_uploaders.made.clear();
+        h = std::make_unique<ModelHarness>();
+        h->model->setClock([this] { return m_now; });
     }
 
     void scanMergesSortsAndStartsFromTheSelection() {
-        auto model = makeModel();
+        AppModel* model = h->model.get();
         model->addManualMachine(u"10.0.0.9"_s, 2222);
-        QSignalSpy discovering(model.get(), &AppModel::isDiscoveringChanged);
+        QSignalSpy discovering(model, &AppModel::isDiscoveringChanged);
         model->discover();
-        QCOMPARE(m_discoverer->durations,
+        QCOMPARE(h->discoverer->durations,
                  QList<std::chrono::milliseconds>{std::chrono::seconds(3)});
         announce(u"gamma"_s, u"10.0.0.3"_s);
         announce(u"Alpha"_s, u"10.0.0.1"_s);
@@ -88,7 +64,7 @@ private Q_SLOTS:
         QCOMPARE(names(model->machines()),
                  QStringList({u"zulu busy"_s, u"beta discovered"_s, u"gamma discovered"_s,
                               u"Manual machine connecting"_s}));
-        Q_EMIT m_discoverer->scans.last()->finished();
+        Q_EMIT h->discoverer->scans.last()->finished();
         QCOMPARE(discovering.count(), 2);
 
         // Only the selection survives into the next scan; its re-announcement keeps the selection.
@@ -100,9 +76,9 @@ private Q_SLOTS:
     }
 
     void scanFailuresAndRescans() {
-        auto model = makeModel();
+        AppModel* model = h->model.get();
         model->discover();
-        QPointer<FakeScan> first = m_discoverer->scans.last();
+        QPointer<FakeScan> first = h->discoverer->scans.last();
         announce(u"Mill"_s, u"10.0.0.1"_s);
         Q_EMIT first->failed(PlatformError{PlatformError::Domain::Network, 8, u"In use"_s});
         QCOMPARE(model->errorMessage(), u"Discovery failed: In use"_s);
@@ -113,12 +89,13 @@ private Q_SLOTS:
         model->discover();
         QVERIFY(!model->errorMessage());
         model->discover();
-        Q_EMIT m_discoverer->scans.at(1)->machineFound(machine(u"Stale"_s, u"10.0.0.7"_s));
-        Q_EMIT m_discoverer->scans.at(1)->finished();
+        Q_EMIT h->discoverer->scans.at(1)->machineFound(
+            ModelHarness::machine(u"Stale"_s, u"10.0.0.7"_s));
+        Q_EMIT h->discoverer->scans.at(1)->finished();
         QVERIFY(model->machines().isEmpty() && model->isDiscovering());
-        m_discoverer->scans.last()->cancel();
+        h->discoverer->scans.last()->cancel();
         QVERIFY(!model->errorMessage() && !model->isDiscovering());
-        QTRY_VERIFY(first.isNull() && m_discoverer->scans.at(1).isNull());
+        QTRY_VERIFY(first.isNull() && h->discoverer->scans.at(1).isNull());
     }
 
     // The address rule itself is the records' table; here the model's use of it.
@@ -135,7 +112,7 @@ private Q_SLOTS:
         };
         for (const auto& row : rows) {
             init();
-            auto model = makeModel();
+            AppModel* model = h->model.get();
             model->discover();
             announce(u"Mill"_s, u"10.0.0.1"_s);
             const bool accepted = row.machines.last().endsWith(u"connecting");
@@ -143,38 +120,38 @@ private Q_SLOTS:
                      accepted ? std::nullopt
                               : std::optional(Error(DiscoveryPacketError::InvalidAddress)));
             QCOMPARE(names(model->machines()), row.machines);
-            QCOMPARE(m_connector->checks.size(), int(accepted));
+            QCOMPARE(h->connector->checks.size(), int(accepted));
             QCOMPARE(model->selectedMachine().has_value(), accepted);
         }
     }
 
     void overlappingChecks() {
-        auto model = makeModel();
+        AppModel* model = h->model.get();
         model->discover();
         announce(u"A"_s, u"10.0.0.1"_s);
         announce(u"B"_s, u"10.0.0.2"_s);
         model->selectMachine(model->machines().at(0));
         model->selectMachine(model->machines().at(1));
         model->selectMachine(std::nullopt); // keeps the selection, starts nothing
-        QCOMPARE(m_connector->checks.size(), 2);
+        QCOMPARE(h->connector->checks.size(), 2);
 
         // The first check to end clears the flag even though the other still runs.
-        Q_EMIT m_connector->checks.at(1)->finished();
+        Q_EMIT h->connector->checks.at(1)->finished();
         QVERIFY(!model->isCheckingConnection());
-        Q_EMIT m_connector->checks.at(0)->failed(UploadError::timedOut());
+        Q_EMIT h->connector->checks.at(0)->failed(UploadError::timedOut());
         QCOMPARE(names(model->machines()), QStringList({u"A unavailable"_s, u"B connected"_s}));
         QCOMPARE(model->selectedMachine()->status, Status::Connected);
         QCOMPARE(model->errorMessage(),
                  u"Connection check failed: "_s + UploadError::timedOut().description());
         QCOMPARE(model->persistence().selectedMachine(), model->selectedMachine());
-        QTRY_VERIFY(m_connector->checks.at(0).isNull() && m_connector->checks.at(1).isNull());
+        QTRY_VERIFY(h->connector->checks.at(0).isNull() && h->connector->checks.at(1).isNull());
     }
 
     void recentFilesMoveToTheFrontAndKeepEight() {
-        auto model = makeModel();
+        AppModel* model = h->model.get();
         QList<JobFile> files;
         for (int n = 0; n < 9; ++n)
-            model->chooseFile(files.emplace_back(jobFile(u"part%1.nc"_s.arg(n))));
+            model->chooseFile(files.emplace_back(h->jobFile(u"part%1.nc"_s.arg(n))));
         model->chooseFile(files[2]);
         QCOMPARE(model->recentFiles().size(), 8);
         QCOMPARE(model->recentFiles().mid(0, 3), QList<JobFile>({files[2], files[8], files[7]}));
@@ -184,27 +161,25 @@ private Q_SLOTS:
     }
 
     void restartRestoresSelectionAndExistingRecentFiles() {
-        const JobFile kept = jobFile(u"kept.nc"_s);
-        const JobFile removed = jobFile(u"removed.nc"_s);
-        {
-            auto model = readyModel(kept);
-            model->chooseFile(removed);
-        }
+        const JobFile kept = h->jobFile(u"kept.nc"_s);
+        const JobFile removed = h->jobFile(u"removed.nc"_s);
+        readyModel(kept)->chooseFile(removed);
         QVERIFY(QFile::remove(removed.url.toLocalFile()));
 
-        auto model = makeModel();
+        h->restart();
+        AppModel* model = h->model.get();
         QCOMPARE(names(model->machines()), QStringList{u"Manual machine connected"_s});
         QCOMPARE(model->selectedMachine(), model->machines().first());
         // The files are looked at off the main thread: they arrive after the constructor.
         QVERIFY(model->recentFiles().isEmpty());
         QTRY_COMPARE(model->recentFiles(), QList<JobFile>{kept});
         QCOMPARE(model->persistence().recentFiles().size(), 2);
-        QVERIFY(m_connector->checks.isEmpty() && !model->selectedFile());
+        QVERIFY(h->connector->checks.isEmpty() && !model->selectedFile());
     }
 
     void reviewNeedsMachineFileNoUploadAndConfirmedDuplicate() {
-        const JobFile file = jobFile(u"part.nc"_s);
-        auto model = makeModel();
+        const JobFile file = h->jobFile(u"part.nc"_s);
+        AppModel* model = h->model.get();
         model->chooseFile(file);
         model->prepareUpload();
         QVERIFY(!model->showConfirmation());
@@ -213,22 +188,22 @@ private Q_SLOTS:
         model->prepareUpload();
         QVERIFY(model->showConfirmation() && model->isRecentDuplicate());
         model->upload(false);
-        QVERIFY(m_uploaders.made.isEmpty() && model->showConfirmation());
+        QVERIFY(h->uploaders.made.isEmpty() && model->showConfirmation());
         model->upload(true);
         QVERIFY(model->isUploading() && !model->showConfirmation());
         model->prepareUpload();
         QVERIFY(!model->showConfirmation());
-        QCOMPARE(m_uploaders.made.size(), 1);
+        QCOMPARE(h->uploaders.made.size(), 1);
     }
 
     // A finished upload is recorded; when the history cannot be saved, the upload still counts as
     // done and the user is told once, until dismissed or the next upload starts.
     void finishedUploadsAreRecordedOrNoticed() {
-        const JobFile file = jobFile(u"part.nc"_s);
-        auto model = readyModel(file);
-        QSignalSpy notices(model.get(), &AppModel::noticeChanged);
+        const JobFile file = h->jobFile(u"part.nc"_s);
+        AppModel* model = readyModel(file);
+        QSignalSpy notices(model, &AppModel::noticeChanged);
         model->upload(false);
-        QPointer<FakeUploader> uploader = m_uploaders.last();
+        QPointer<FakeUploader> uploader = h->uploaders.last();
         QCOMPARE(uploader->file, file);
         QCOMPARE(uploader->machine->id(), u"127.0.0.1:2222"_s);
         const TransferProgress done{Phase::Completed, file.size, file.size, 0};
@@ -241,11 +216,11 @@ private Q_SLOTS:
         QCOMPARE(model->persistence().uploadRecords(), QList<UploadRecord>{record});
         QTRY_VERIFY(!uploader);
 
-        QLockFile otherWriter(settings::writeLockPath(*temporaryStore(m_dir)));
+        QLockFile otherWriter(settings::writeLockPath(*temporaryStore(h->dir)));
         QVERIFY(otherWriter.lock());
         model->persistence().setLockWait(std::chrono::milliseconds(10));
         const QString notice = u"The upload history could not be saved: The settings store "_s +
-                               temporaryStore(m_dir)->fileName() +
+                               temporaryStore(h->dir)->fileName() +
                                u" stayed locked by another program."_s;
         QStringList seen;
         for (int run = 0; run < 3; ++run) {
@@ -255,7 +230,7 @@ private Q_SLOTS:
             }
             model->upload(true);
             seen << model->notice().value_or(u"none"_s);
-            Q_EMIT m_uploaders.last()->finished();
+            Q_EMIT h->uploaders.last()->finished();
             QVERIFY(!model->errorMessage() && !model->isUploading());
             seen << model->notice().value_or(u"none"_s);
         }
@@ -277,32 +252,33 @@ private Q_SLOTS:
                     {UploadError::cancelled(), true, true, 0},
                     {CancellationError{}, false, true, 8192}};
         for (const auto& row : rows) {
-            auto model = readyModel(jobFile(u"part.nc"_s, QByteArray(20000, 'G')));
+            init();
+            AppModel* model = readyModel(h->jobFile(u"part.nc"_s, 20000));
             model->cancelUpload(); // nothing runs yet
             model->upload(false);
             const TransferProgress last{Phase::Uploading, row.sent, 20000, 1e6};
             if (row.sent)
-                Q_EMIT m_uploaders.last()->progress(last);
+                Q_EMIT h->uploaders.last()->progress(last);
             model->cancelUpload();
-            QCOMPARE(m_uploaders.last()->cancelCalls, 1);
-            Q_EMIT m_uploaders.last()->failed(row.error);
+            QCOMPARE(h->uploaders.last()->cancelCalls, 1);
+            Q_EMIT h->uploaders.last()->failed(row.error);
             QCOMPARE(model->errorMessage(),
                      row.shown ? std::optional(row.error.description()) : std::nullopt);
             const TransferProgress cancelled{Phase::Cancelled, row.sent, 20000, 0};
             QCOMPARE(model->progress(), std::optional(row.cancelledValue ? cancelled : last));
             QVERIFY(!model->isUploading() && model->persistence().uploadRecords().isEmpty());
             model->cancelUpload();
-            QCOMPARE(m_uploaders.last()->cancelCalls, 1);
+            QCOMPARE(h->uploaders.last()->cancelCalls, 1);
         }
     }
 
     void destroyingTheModelEndsItsWork() {
-        auto model = readyModel(jobFile(u"part.nc"_s));
+        AppModel* model = readyModel(h->jobFile(u"part.nc"_s));
         model->discover();
         model->upload(false);
-        QPointer<FakeScan> scan = m_discoverer->scans.last();
+        QPointer<FakeScan> scan = h->discoverer->scans.last();
         const int destroyedBefore = FakeUploader::destroyed;
-        model.reset();
+        h->model.reset();
         QVERIFY(scan.isNull());
         QCOMPARE(FakeUploader::destroyed, destroyedBefore + 1);
     }

@@ -64,7 +64,7 @@ private Q_SLOTS:
     void everyVisibleTextIsTranslated() {
         MarkingTranslator marking;
         QCoreApplication::installTranslator(&marking);
-        UiHarness h;
+        ModelHarness h;
         FeedServer feed;
         feed.respond(200, "{\"version\":\"9.4.1\",\"url\":\"https://example.test/get\"}");
         ui::TarnwickApp app(
@@ -77,7 +77,7 @@ private Q_SLOTS:
         checkVisibleWindows();
 
         app.model().selectMachine(
-            UiHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("127.0.0.1")));
+            ModelHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("127.0.0.1")));
         app.model().chooseFile(h.jobFile(QStringLiteral("part.nc")));
         app.model().prepareUpload();
         QTRY_VERIFY(visibleWindow<QDialog>(QStringLiteral("uploadConfirmation")));

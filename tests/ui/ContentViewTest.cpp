@@ -66,9 +66,9 @@ void tabTo(const char* name) {
 class ContentViewTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<UiHarness> h;
+    std::unique_ptr<ModelHarness> h;
     std::unique_ptr<ContentView> window;
-    const Machine bench = UiHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
+    const Machine bench = ModelHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
     const PlatformError refused{PlatformError::Domain::Network, 1, u"Connection refused"_s};
 
     void showWindow() {
@@ -142,7 +142,7 @@ private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 
     void init() {
-        h = std::make_unique<UiHarness>();
+        h = std::make_unique<ModelHarness>();
         showWindow();
     }
 
@@ -179,7 +179,7 @@ private Q_SLOTS:
         window.reset();
         Machine stored = bench;
         stored.status = Status::Connected;
-        h = std::make_unique<UiHarness>(stored);
+        h = std::make_unique<ModelHarness>(stored);
         QCOMPARE(h->connector->checks.size(), 0);
         showWindow();
         QCOMPARE(h->connector->checks.size(), 1);
@@ -212,10 +212,11 @@ private Q_SLOTS:
         QSignalSpy resets(rows, &QAbstractItemModel::modelReset);
         QSignalSpy inserts(rows, &QAbstractItemModel::rowsInserted);
         FakeScan* scan = h->discoverer->scans.last();
-        const Machine gamma = UiHarness::machine(u"gamma"_s, u"10.0.0.3"_s);
-        for (const Machine& machine : {gamma, UiHarness::machine(u"Alpha"_s, u"10.0.0.9"_s, 2223),
-                                       UiHarness::machine(u"beta"_s, u"10.0.0.9"_s),
-                                       UiHarness::machine(u"delta"_s, u"10.0.0.4"_s, 80)})
+        const Machine gamma = ModelHarness::machine(u"gamma"_s, u"10.0.0.3"_s);
+        for (const Machine& machine :
+             {gamma, ModelHarness::machine(u"Alpha"_s, u"10.0.0.9"_s, 2223),
+              ModelHarness::machine(u"beta"_s, u"10.0.0.9"_s),
+              ModelHarness::machine(u"delta"_s, u"10.0.0.4"_s, 80)})
             Q_EMIT scan->machineFound(machine);
         h->model->selectMachine(gamma);
         Q_EMIT scan->machineFound(Machine{u"aardvark"_s, {}, u"10.0.0.3"_s, 2222, Status::Busy});
@@ -246,7 +247,7 @@ private Q_SLOTS:
         auto* note = find<QLabel>("listLimitNote");
         QVERIFY(!note->isVisible());
         for (int i = 0; i <= AppModel::maximumListedMachines; ++i)
-            Q_EMIT h->discoverer->scans.last()->machineFound(UiHarness::machine(
+            Q_EMIT h->discoverer->scans.last()->machineFound(ModelHarness::machine(
                 u"Machine %1"_s.arg(i), u"10.0.%1.%2"_s.arg(i / 200).arg(i % 200)));
         QCOMPARE(listModel()->rowCount(), AppModel::maximumListedMachines);
         QCOMPARE(shown("listLimitNote"),
@@ -304,7 +305,7 @@ private Q_SLOTS:
         QCOMPARE(shown("transferBytes"), u"0 bytes of 1 kB"_s);
         QCOMPARE(shown("transferRate"), u"<0 shown>"_s);
         // Another file and machine chosen meanwhile do not change what the card names.
-        selectFoundMachine(UiHarness::machine(u"Annex"_s, u"10.0.0.8"_s));
+        selectFoundMachine(ModelHarness::machine(u"Annex"_s, u"10.0.0.8"_s));
         h->model->chooseFile(h->jobFile(u"other.nc"_s));
         Q_EMIT uploader->progress({Phase::Uploading, 500, 1000, 100});
         QCOMPARE(shown("transferSubject"), u"Sending \u201Cpart.nc\u201D to Bench Mill"_s);
@@ -364,7 +365,7 @@ private Q_SLOTS:
         QApplication::processEvents();
         const QSize size = window->size();
         const int least = window->minimumSizeHint().width();
-        selectFoundMachine(UiHarness::machine(longName, u"10.0.0.5"_s));
+        selectFoundMachine(ModelHarness::machine(longName, u"10.0.0.5"_s));
         h->model->chooseFile(h->jobFile(longName + u".nc"_s));
         QApplication::processEvents();
         QCOMPARE(window->size(), size);

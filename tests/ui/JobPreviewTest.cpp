@@ -24,14 +24,6 @@ QString facts(const QList<JobPreviewTexts::Row>& rows) {
     return lines.join(u'\n');
 }
 
-QString shown(const QWidget* parent, const QString& objectName) {
-    QStringList texts;
-    for (const QLabel* label : parent->findChildren<QLabel*>(objectName))
-        if (label->isVisibleTo(parent))
-            texts << label->text();
-    return texts.join(u'|');
-}
-
 } // namespace
 
 class JobPreviewTest : public QObject {
@@ -79,12 +71,13 @@ private Q_SLOTS:
 
     // The view follows each new choice; the path is drawn in the accent colour.
     void followsTheChosenFile() {
-        UiHarness h;
+        ModelHarness h;
         h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
         JobPreviewView view(*h.model);
         view.resize(640, 300);
         view.show();
-        QCOMPARE(shown(&view, u"previewStatus"_s), u"Choose a job file to see what it will cut."_s);
+        QCOMPARE(shownText(&view, u"previewStatus"_s),
+                 u"Choose a job file to see what it will cut."_s);
 
         h.model->chooseFile(JobFile::fromUrl(writeFile(h.dir, u"a.nc"_s, "G1 X9\n")).value());
         QPointer<JobAnalysis> first = h.model->jobAnalysis();
@@ -93,9 +86,9 @@ private Q_SLOTS:
                 writeFile(h.dir, u"b.nc"_s, "G21 M3 F100\nG0 X0 Y0 Z0\nG1 X50 Y20\nO7\n"))
                 .value());
         QVERIFY(first.isNull());
-        QTRY_VERIFY(shown(&view, u"previewFact"_s)
+        QTRY_VERIFY(shownText(&view, u"previewFact"_s)
                         .startsWith(u"50.0 × 20.0 × 0.0 mm|0.0 × 0.0 × 0.0 mm|"_s));
-        QCOMPARE(shown(&view, u"previewWarnings"_s),
+        QCOMPARE(shownText(&view, u"previewWarnings"_s),
                  JobPreviewTexts::partialNote() +
                      u"\nLine 4: O is not supported, so the analysis is partial."_s);
         const QImage drawing = view.findChild<QWidget*>(u"toolpath"_s)->grab().toImage();
@@ -107,7 +100,8 @@ private Q_SLOTS:
 
         QFile::remove(h.model->selectedFile()->url.toLocalFile());
         h.model->chooseFile(*h.model->selectedFile());
-        QTRY_VERIFY(shown(&view, u"previewStatus"_s).startsWith(u"The file could not be read: "_s));
+        QTRY_VERIFY(
+            shownText(&view, u"previewStatus"_s).startsWith(u"The file could not be read: "_s));
     }
 };
 

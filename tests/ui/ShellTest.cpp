@@ -38,7 +38,7 @@ public Q_SLOTS:
 class ShellTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<UiHarness> h;
+    std::unique_ptr<ModelHarness> h;
     std::unique_ptr<FeedServer> server;
     std::unique_ptr<TarnwickApp> app;
     std::unique_ptr<QTemporaryDir> shellDir;
@@ -86,7 +86,7 @@ private Q_SLOTS:
     void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"https"_s); }
 
     void init() {
-        h = std::make_unique<UiHarness>();
+        h = std::make_unique<ModelHarness>();
         server = std::make_unique<FeedServer>();
         shellDir = std::make_unique<QTemporaryDir>();
         server->respond(200, "{\"version\":\"1.0\"}");
@@ -235,7 +235,7 @@ private Q_SLOTS:
         app.reset();
         QVERIFY(!settings::windowGeometry(*shellStore()).isEmpty());
 
-        h = std::make_unique<UiHarness>();
+        h = std::make_unique<ModelHarness>();
         settings::setAutomaticUpdateChecks(*checkerStore(), false);
         makeApp();
         startApp();

@@ -16,10 +16,10 @@ using namespace Qt::StringLiterals;
 class UploadConfirmationTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<UiHarness> h;
+    std::unique_ptr<ModelHarness> h;
     std::unique_ptr<ContentView> window;
     JobFile file;
-    const Machine machine = UiHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
+    const Machine machine = ModelHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
 
     UploadConfirmationView* present() {
         h->model->prepareUpload();
@@ -45,7 +45,7 @@ private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 
     void init() {
-        h = std::make_unique<UiHarness>();
+        h = std::make_unique<ModelHarness>();
         file = h->jobFile(u"bracket.gcode"_s, 48'000);
         window = std::make_unique<ContentView>(*h->model);
         window->show();
@@ -146,7 +146,7 @@ private Q_SLOTS:
     }
 
     void absentValuesAreDashes() {
-        UiHarness empty;
+        ModelHarness empty;
         UploadConfirmationView sheet(*empty.model);
         for (const char* name :
              {"destinationValue", "addressValue", "fileNameValue", "sizeValue", "remotePathValue"})
