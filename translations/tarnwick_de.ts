@@ -534,13 +534,6 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     </message>
 </context>
 <context>
-    <name>tarnwick::LoadedJobFile</name>
-    <message>
-        <source>“%1” could not be read: %2.</source>
-        <translation>„%1“ konnte nicht gelesen werden: %2.</translation>
-    </message>
-</context>
-<context>
     <name>tarnwick::MakeraConnection</name>
     <message>
         <source>The machine closed the connection.</source>
@@ -571,6 +564,10 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>The machine cancelled the transfer.</source>
         <translation>Die Maschine hat die Übertragung abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The machine may have received the whole file: check it on the machine before sending it again.</source>
+        <translation>Die Maschine hat die Datei möglicherweise vollständig erhalten: Prüfen Sie das an der Maschine, bevor Sie sie erneut senden.</translation>
     </message>
 </context>
 <context>

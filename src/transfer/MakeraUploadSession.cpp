@@ -4,6 +4,8 @@
 #include <QCryptographicHash>
 #include <QtEndian>
 
+#include <cstring>
+
 namespace tarnwick {
 
 MakeraUploadSession::MakeraUploadSession(qint64 fileSize, QString filename, QByteArray md5,

@@ -123,7 +123,7 @@ QByteArray trayProgram() {
 
 // The preview of a finished analysis, scrolled into view below the job file card.
 void shootPreview(Shooter& shooter, const QString& name, const QByteArray& program) {
-    UiHarness h;
+    ModelHarness h;
     h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
     ContentView window(*h.model);
     window.resize(1080, 900);
@@ -143,7 +143,7 @@ void shootPreview(Shooter& shooter, const QString& name, const QByteArray& progr
 void shootAppearance(const QString& folder, const QString& appearance, const QPalette& palette) {
     QApplication::setPalette(palette);
     Shooter shooter(folder, appearance);
-    UiHarness h;
+    ModelHarness h;
     ContentView window(*h.model);
     window.resize(1080, 760);
     window.show();
@@ -160,11 +160,11 @@ void shootAppearance(const QString& folder, const QString& appearance, const QPa
                            QStringLiteral("192.168.1.40"), 2222,
                            Machine::ConnectionStatus::Discovered};
     Q_EMIT scan->machineFound(workshop);
-    Q_EMIT scan->machineFound(UiHarness::machine(QStringLiteral("Garage Air"),
-                                                 QStringLiteral("192.168.1.52"), 2222,
-                                                 Machine::ConnectionStatus::Busy));
+    Q_EMIT scan->machineFound(ModelHarness::machine(QStringLiteral("Garage Mill"),
+                                                    QStringLiteral("192.168.1.52"), 2222,
+                                                    Machine::ConnectionStatus::Busy));
     Q_EMIT scan->machineFound(
-        UiHarness::machine(QStringLiteral("Lab CNC"), QStringLiteral("192.168.1.77")));
+        ModelHarness::machine(QStringLiteral("Lab CNC"), QStringLiteral("192.168.1.77")));
     Q_EMIT scan->finished();
     h.model->selectMachine(workshop);
     Q_EMIT h.connector->checks.last()->finished();
