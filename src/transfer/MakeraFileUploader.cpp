@@ -221,7 +221,7 @@ void MakeraFileUploader::sendOpeningMD5() {
         return fail(*error, CancelPacket::DoNotSend);
     m_state = State::Transferring;
     m_transferClock.start();
-    m_lastReportNs = 0;
+    m_lastReportNs.reset();
     m_requestDeadline = QDeadlineTimer(m_timings.packetWait, Qt::PreciseTimer);
     awaitRequest();
 }
@@ -297,7 +297,8 @@ void MakeraFileUploader::reportProgress() {
     const qint64 sent = m_session->bytesSent();
     const qint64 total = m_session->fileSize();
     const auto interval = std::chrono::nanoseconds(m_timings.progressInterval).count();
-    if (sent < total && now - m_lastReportNs < interval)
+    // The interval lies between values: the first chunk shows at once.
+    if (sent < total && m_lastReportNs && now - *m_lastReportNs < interval)
         return;
     m_lastReportNs = now;
     const double seconds = std::max(double(now) / 1e9, 0.001);

@@ -101,7 +101,7 @@ private:
     // Packets that are no request (status, information) do not move it.
     QDeadlineTimer m_requestDeadline;
     QElapsedTimer m_transferClock;
-    qint64 m_lastReportNs = 0;
+    std::optional<qint64> m_lastReportNs;
 };
 
 } // namespace tarnwick
