@@ -8,7 +8,9 @@
 #include <QTcpServer>
 
 #ifdef Q_OS_UNIX
+#include <algorithm>
 #include <csignal>
+#include <memory>
 #endif
 
 using namespace tarnwick;
@@ -21,15 +23,20 @@ QString at(quint16 port) {
     return u"127.0.0.1:%1"_s.arg(port);
 }
 
-// Sends the signal once every simulator has received a chunk.
+// Sends the signal once, when every simulator has received a chunk: a second signal ends the
+// tool at once, and a slow build may still be cancelling when the next poll comes.
 std::function<void(QProcess&)> signalWhenSending(const QList<SimProcess*>& sims, int signal) {
-    return [sims, signal](QProcess& cli) {
-        if (std::all_of(sims.begin(), sims.end(),
-                        [](SimProcess* sim) { return sim->loggedTypes().contains(u"fileData"_s); }))
+    auto sent = std::make_shared<bool>(false);
+    return [sims, signal, sent](QProcess& cli) {
+        if (*sent || !std::all_of(sims.begin(), sims.end(), [](SimProcess* sim) {
+                return sim->loggedTypes().contains(u"fileData"_s);
+            }))
+            return;
+        *sent = true;
 #ifdef Q_OS_UNIX
-            ::kill(pid_t(cli.processId()), signal);
+        ::kill(pid_t(cli.processId()), signal);
 #else
-            void(signal), cli.kill();
+        void(signal), cli.kill();
 #endif
     };
 }
