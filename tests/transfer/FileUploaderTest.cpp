@@ -276,7 +276,9 @@ private Q_SLOTS:
     }
 
     void probeEndsAfterSilenceOrChatterAndTheOpeningPausesInFull() {
-        // Real probe limits (0.4 s of silence, 2 s in all) and pause, measured at the machine.
+        // Real probe limits (0.4 s of silence, 2 s in all) and pause, measured at the machine:
+        // a packet read late there shortens the gap it sees, so the lower bounds leave room for
+        // a loaded machine while still failing when a wait is skipped or cut short.
         for (const bool chatter : {false, true}) {
             SimUpload upload(chatter ? args("--chatter-ms 100") : QStringList(), UploadTimings());
             QVERIFY(upload.start(QStringLiteral("part.nc"), patterned(100)));
@@ -286,11 +288,11 @@ private Q_SLOTS:
             QCOMPARE(upload.sim.loggedTypes().mid(0, 3), args("controlMulti fileStart fileMD5"));
             const qint64 probed = (at[1] - at[0]) / 1000;
             if (chatter) {
-                QVERIFY2(probed >= 1950 && probed < 3000, qPrintable(QString::number(probed)));
+                QVERIFY2(probed >= 1800 && probed < 3000, qPrintable(QString::number(probed)));
             } else {
-                QVERIFY2(probed >= 390 && probed < 1500, qPrintable(QString::number(probed)));
+                QVERIFY2(probed >= 300 && probed < 1500, qPrintable(QString::number(probed)));
             }
-            QVERIFY2(at[2] - at[1] >= 200000, qPrintable(QString::number(at[2] - at[1])));
+            QVERIFY2(at[2] - at[1] >= 150000, qPrintable(QString::number(at[2] - at[1])));
         }
     }
 
