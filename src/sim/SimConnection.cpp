@@ -1,7 +1,6 @@
 #include "sim/SimConnection.h"
 
 #include "protocol/CRC16CCITT.h"
-#include "transfer/MakeraFilename.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -27,6 +26,15 @@ constexpr qsizetype pieceSize = 3;
 constexpr std::chrono::microseconds wakeUpAllowance{200};
 const QByteArray noiseBytes = QByteArrayLiteral("\x00\x11\x55\xAA\x86");
 const QByteArray uploadPrefix = QByteArrayLiteral("upload /sd/gcodes/");
+
+// The machine's command line carries these characters as the control bytes 1 to 5. Written out
+// here, not borrowed from the uploader, so that a wrong table there shows as a wrong name.
+QString machineFilename(QString escaped) {
+    static constexpr char16_t plain[] = u" ?*!~";
+    for (char16_t control = 1; control <= 5; ++control)
+        escaped.replace(QChar(control), QChar(plain[control - 1]));
+    return escaped;
+}
 
 void say(const QString& text) {
     std::fprintf(stderr, "tarnwick-sim: %s\n", qUtf8Printable(text));
@@ -137,7 +145,7 @@ void SimConnection::startUpload(const QByteArray& command) {
 
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString name = command.startsWith(uploadPrefix) && command.endsWith('\n')
-                             ? MakeraFilename::unescape(decoder.decode(command.mid(
+                             ? machineFilename(decoder.decode(command.mid(
                                    uploadPrefix.size(), command.size() - uploadPrefix.size() - 1)))
                              : QString();
     if (decoder.hasError() || name.isEmpty())

@@ -1,5 +1,7 @@
 #include "sim/SimOptions.h"
 
+#include "app/PortNumber.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -22,11 +24,12 @@ std::optional<Endpoint> parseEndpoint(const QString& text) {
     if (!address.setAddress(text.left(colon)) ||
         address.protocol() != QAbstractSocket::IPv4Protocol)
         return std::nullopt;
-    bool ok = false;
-    const uint port = text.mid(colon + 1).toUInt(&ok);
-    if (!ok || port > 65535)
+    // Port 0 asks the system for a free port when listening; the caller refuses it elsewhere.
+    const QStringView portText = QStringView(text).sliced(colon + 1);
+    const auto port = portText == u"0" ? std::optional<quint16>(0) : parsePortNumber(portText);
+    if (!port)
         return std::nullopt;
-    return Endpoint{address, quint16(port)};
+    return Endpoint{address, *port};
 }
 
 std::optional<int> count(const QCommandLineParser& parser, const QString& name, int minimum,

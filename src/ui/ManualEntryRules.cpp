@@ -1,21 +1,20 @@
 #include "ui/ManualEntryRules.h"
 
+#include "app/PortNumber.h"
+
 #include <algorithm>
 
 namespace tarnwick::ui {
 
 std::optional<quint16> parsePortText(const QString& text) {
-    const QStringView digits =
-        text.startsWith(QLatin1Char('+')) ? QStringView(text).mid(1) : QStringView(text);
-    if (digits.isEmpty() || !std::all_of(digits.begin(), digits.end(), [](QChar c) {
-            return c >= QLatin1Char('0') && c <= QLatin1Char('9');
-        }))
-        return std::nullopt;
-    bool ok = false;
-    const qulonglong value = digits.toULongLong(&ok);
-    if (!ok || value > 65535)
-        return std::nullopt;
-    return static_cast<quint16>(value);
+    if (const auto port = parsePortNumber(text))
+        return port;
+    // The field also takes 0, so that "Add" lets the model refuse it with its own message.
+    const QStringView digits = text.startsWith(u'+') ? QStringView(text).sliced(1) : text;
+    if (!digits.isEmpty() &&
+        std::all_of(digits.begin(), digits.end(), [](QChar c) { return c == u'0'; }))
+        return quint16(0);
+    return std::nullopt;
 }
 
 bool canAddManualMachine(const QString& address, const QString& port) {
