@@ -62,11 +62,8 @@ class ShellTest : public QObject {
 
     QAction* action(const QString& name) { return child<QAction>(&app->mainWindow(), name); }
 
-    QMessageBox* waitForUpdateAlert() {
-        QMessageBox* alert = nullptr;
-        const bool shown = QTest::qWaitFor(
-            [&] { return (alert = visibleWindow<QMessageBox>(u"updateAlert"_s)) != nullptr; });
-        return shown ? alert : nullptr;
+    static QMessageBox* waitForUpdateAlert() {
+        return waitForWindow<QMessageBox>(u"updateAlert"_s);
     }
 
     // The alert as the user sees it, against what the update alert is to say.
@@ -218,12 +215,11 @@ private Q_SLOTS:
         QVERIFY(toggle->isChecked());
         QCOMPARE(child<QLabel>(settings, u"settingsCaption"_s)->text(),
                  SettingsView::explanation(QString::fromUtf8(build::updateHost)));
-        QTest::mouseClick(toggle, Qt::LeftButton);
-        const UpdateChecker reader(shellStore(), std::nullopt, nullptr, server->url);
-        QVERIFY(!reader.automaticChecksEnabled());
-        QTest::mouseClick(toggle, Qt::LeftButton);
-        const UpdateChecker again(shellStore(), std::nullopt, nullptr, server->url);
-        QVERIFY(again.automaticChecksEnabled());
+        for (const bool enabled : {false, true}) {
+            QTest::mouseClick(toggle, Qt::LeftButton);
+            const UpdateChecker reader(shellStore(), std::nullopt, nullptr, server->url);
+            QCOMPARE(reader.automaticChecksEnabled(), enabled);
+        }
     }
 
     void theWindowComesBackWhereItWas() {
