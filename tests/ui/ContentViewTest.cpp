@@ -77,10 +77,6 @@ class ContentViewTest : public QObject {
     MachineListModel* listModel() {
         return qobject_cast<MachineListModel*>(find<QListView>("machineList")->model());
     }
-    QRect rowRect(int row) {
-        auto* list = find<QListView>("machineList");
-        return list->visualRect(list->model()->index(row, 0));
-    }
 
     FakeUploader* startUpload(qint64 size = 1000) {
         h->selectFound(bench);
@@ -166,10 +162,11 @@ private Q_SLOTS:
     void clickingTheSelectedRowOrCheckAgainChecksAgain() {
         h->selectFound(bench);
         auto* list = find<QListView>("machineList");
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rowRect(0).center());
+        const QPoint firstRow = list->visualRect(list->model()->index(0, 0)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, firstRow);
         QCOMPARE(h->connector->checks.size(), 2);
         QVERIFY(!find<QPushButton>("checkAgainButton")->isEnabled());
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, rowRect(0).center());
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, firstRow);
         QCOMPARE(h->connector->checks.size(), 2);
         Q_EMIT h->connector->checks.last()->finished();
         click("checkAgainButton");
