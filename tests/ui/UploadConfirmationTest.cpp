@@ -3,6 +3,7 @@
 #include "ui/ToggleSwitch.h"
 #include "ui/UploadConfirmationView.h"
 
+#include <QClipboard>
 #include <QPushButton>
 
 using namespace tarnwick;
@@ -109,9 +110,9 @@ private Q_SLOTS:
         QCOMPARE(h->uploaders.made.size(), 1);
     }
 
-    // Copying and the tooltip are the labels' own, tested with the main window.
-    void longNamesElideWithinTheSheet() {
-        h->model->chooseFile(h->jobFile(QString(200, u'x') + u".nc"_s));
+    void longNamesElideAndTheRemotePathCopiesWhole() {
+        const QString name = QString(200, u'x') + u".nc"_s;
+        h->model->chooseFile(h->jobFile(name));
         UploadConfirmationView* sheet = present();
         QCOMPARE(sheet->width(), 520);
         for (const char* label : {"fileNameValue", "remotePathValue"}) {
@@ -119,6 +120,10 @@ private Q_SLOTS:
             QVERIFY2(shown->text().contains(u'\u2026'), label);
             QVERIFY2(shown->mapTo(sheet, QPoint(shown->width(), 0)).x() <= sheet->width(), label);
         }
+        auto* remotePath = child<ElidedLabel>(sheet, u"remotePathValue"_s);
+        remotePath->setFocus();
+        QTest::keyClick(remotePath, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"/sd/gcodes/"_s + name);
     }
 
     void absentValuesAreDashes() {
