@@ -32,41 +32,31 @@ class JobPreviewTest : public QObject {
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(english); }
 
-    void showsFactsInTheFilesUnits_data() {
-        QTest::addColumn<QByteArray>("program");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("mm")
-            << "G21 T2 M6 S9000 M3\nG0 X0 Y0 Z5\nG1 Z-1.5 F300\nG1 X120 Y80\nS12000 G91 X1\n"_ba
-            << u"Cuts: 121.0 × 80.0 × 6.5 mm\nRapid moves: 0.0 × 0.0 × 0.0 mm\n"
-               u"Units: Millimetres, absolute and incremental\nTools: T2\n"
-               u"Spindle: 9,000 to 12,000 rpm\nFeed: 300 mm/min\nTime: about 30 s\n"
-               u"Moves: 4\nLines: 5"_s;
-        QTest::newRow("inch, no tools")
-            << "G20 F20\nG0 X0 Y0 Z0.1\nG1 X2 Y1 Z-0.4\n"_ba
-            << u"Cuts: 2.000 × 1.000 × 0.500 in (50.8 × 25.4 × 12.7 mm)\n"
-               u"Rapid moves: 0.000 × 0.000 × 0.000 in (0.0 × 0.0 × 0.0 mm)\n"
-               u"Units: Inches, absolute\nTools: None\nSpindle: None\n"
-               u"Feed: 20.0 in/min\nTime: about 7 s\nMoves: 2\nLines: 3"_s;
-    }
+    // Millimetres, then inches without tools.
     void showsFactsInTheFilesUnits() {
-        QFETCH(QByteArray, program);
-        QFETCH(QString, expected);
-        gcode::GcodeAnalyser analyser;
-        analyser.feed(program.constData(), program.size());
-        QCOMPARE(facts(JobPreviewTexts::rows(analyser.finish(), english)), expected);
+        const std::pair<QByteArray, QString> cases[] = {
+            {"G21 T2 M6 S9000 M3\nG0 X0 Y0 Z5\nG1 Z-1.5 F300\nG1 X120 Y80\nS12000 G91 X1\n"_ba,
+             u"Cuts: 121.0 × 80.0 × 6.5 mm\nRapid moves: 0.0 × 0.0 × 0.0 mm\n"
+             u"Units: Millimetres, absolute and incremental\nTools: T2\n"
+             u"Spindle: 9,000 to 12,000 rpm\nFeed: 300 mm/min\nTime: about 30 s\n"
+             u"Moves: 4\nLines: 5"_s},
+            {"G20 F20\nG0 X0 Y0 Z0.1\nG1 X2 Y1 Z-0.4\n"_ba,
+             u"Cuts: 2.000 × 1.000 × 0.500 in (50.8 × 25.4 × 12.7 mm)\n"
+             u"Rapid moves: 0.000 × 0.000 × 0.000 in (0.0 × 0.0 × 0.0 mm)\n"
+             u"Units: Inches, absolute\nTools: None\nSpindle: None\n"
+             u"Feed: 20.0 in/min\nTime: about 7 s\nMoves: 2\nLines: 3"_s}};
+        for (const auto& [program, expected] : cases) {
+            gcode::GcodeAnalyser analyser;
+            analyser.feed(program.constData(), program.size());
+            QCOMPARE(facts(JobPreviewTexts::rows(analyser.finish(), english)), expected);
+        }
     }
 
-    void roundsTheTime_data() {
-        QTest::addColumn<double>("seconds");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("seconds") << 59.4 << u"59 s"_s;
-        QTest::newRow("minutes") << 89.0 << u"1 min"_s;
-        QTest::newRow("hours") << 4320.0 << u"1 h 12 min"_s;
-    }
     void roundsTheTime() {
-        QFETCH(double, seconds);
-        QFETCH(QString, expected);
-        QCOMPARE(JobPreviewTexts::duration(seconds, english), expected);
+        const std::pair<double, const char*> cases[] = {
+            {59.4, "59 s"}, {89.0, "1 min"}, {4320.0, "1 h 12 min"}};
+        for (const auto& [seconds, text] : cases)
+            QCOMPARE(JobPreviewTexts::duration(seconds, english), QString::fromLatin1(text));
     }
 
     // The view follows each new choice; the path is drawn in the accent colour.

@@ -12,16 +12,11 @@ using namespace tarnwick;
 using namespace tarnwick::ui;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
-
-} // namespace
-
 class TextTest : public QObject {
     Q_OBJECT
 
+    static constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+    static constexpr double infinity = std::numeric_limits<double>::infinity();
     const QLocale english{QLocale::English, QLocale::UnitedStates};
 
 private Q_SLOTS:

@@ -1,12 +1,10 @@
 #include "UiHarness.h"
-#include "ui/ContentView.h"
 #include "ui/ElidedLabel.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/UploadConfirmationView.h"
 
 #include <QClipboard>
 #include <QPushButton>
-#include <QTest>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -16,25 +14,21 @@ using namespace Qt::StringLiterals;
 class UploadConfirmationTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<ModelHarness> h;
-    std::unique_ptr<ContentView> window;
+    std::unique_ptr<WindowHarness> h;
     JobFile file;
     const Machine machine = ModelHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
 
     UploadConfirmationView* present() {
         h->model->prepareUpload();
-        UploadConfirmationView* sheet = nullptr;
-        if (!QTest::qWaitFor([&] {
-                return (sheet = visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
-            }))
+        auto* sheet = waitForWindow<UploadConfirmationView>(u"uploadConfirmation"_s);
+        if (!sheet)
             qFatal("the sheet did not appear");
         return sheet;
     }
 
-    void recordEarlierUpload(qint64 secondsAgo) {
-        h->model->persistence().recordUpload(
-            UploadRecord{machine.id(), file.id(), file.size,
-                         QDateTime::currentDateTimeUtc().addSecs(-secondsAgo)});
+    bool closed() const {
+        return QTest::qWaitFor(
+            [] { return !visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s); });
     }
 
     static QString value(const QWidget* sheet, const char* name) {
@@ -45,24 +39,23 @@ private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 
     void init() {
-        h = std::make_unique<ModelHarness>();
+        h = std::make_unique<WindowHarness>();
+        QVERIFY(h->show());
         file = h->jobFile(u"bracket.gcode"_s, 48'000);
-        window = std::make_unique<ContentView>(*h->model);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-        Q_EMIT h->discoverer->scans.last()->machineFound(machine);
-        h->model->selectMachine(machine);
+        h->selectFound(machine);
         h->model->chooseFile(file);
     }
 
-    void cleanup() {
-        window.reset();
-        h.reset();
-    }
+    void cleanup() { h.reset(); }
 
+    // Cancel closes it without a call on the model; Return uploads without a duplicate.
     void withoutARecentUploadTheSheetIsShortAndUploadIsReady() {
+        QTest::mouseClick(child<QPushButton>(present(), u"cancelButton"_s), Qt::LeftButton);
+        QVERIFY(!h->model->showConfirmation());
+        QVERIFY(closed());
+        QCOMPARE(h->uploaders.made.size(), 0);
         UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->height(), 350);
+        QCOMPARE(sheet->size(), QSize(520, 350));
         QCOMPARE(sheet->windowModality(), Qt::WindowModal);
         QCOMPARE(shownText(sheet, u"sheetTitle"_s), u"Confirm upload"_s);
         QCOMPARE(shownText(sheet, u"sheetNote"_s),
@@ -83,11 +76,13 @@ private Q_SLOTS:
         QTest::keyClick(sheet, Qt::Key_Return);
         QCOMPARE(h->uploaders.made.size(), 1);
         QCOMPARE(h->uploaders.last()->file, std::optional(file));
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
+        QVERIFY(closed());
     }
 
+    // Escape closes it without a call on the model, and each presentation starts switched off.
     void aRecentDuplicateNeedsUploadItAgain() {
-        recordEarlierUpload(86'000);
+        h->model->persistence().recordUpload(UploadRecord{
+            machine.id(), file.id(), file.size, QDateTime::currentDateTimeUtc().addSecs(-86'000)});
         UploadConfirmationView* sheet = present();
         QCOMPARE(sheet->height(), 430);
         QCOMPARE(shownText(sheet, u"duplicateText"_s),
@@ -102,10 +97,11 @@ private Q_SLOTS:
         QVERIFY(upload->isEnabled());
         QTest::mouseClick(again, Qt::LeftButton);
         QVERIFY(!upload->isEnabled());
-        // Each presentation starts with the switch off.
         QTest::mouseClick(again, Qt::LeftButton);
         QTest::keyClick(sheet, Qt::Key_Escape);
-        QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
+        QVERIFY(!h->model->showConfirmation());
+        QVERIFY(closed());
+        QCOMPARE(h->uploaders.made.size(), 0);
         sheet = present();
         again = child<ToggleSwitch>(sheet, u"uploadAgainSwitch"_s);
         QVERIFY(!again->isChecked());
@@ -114,30 +110,15 @@ private Q_SLOTS:
         QCOMPARE(h->uploaders.made.size(), 1);
     }
 
-    void escapeAndCancelCloseWithoutUploading() {
-        for (const bool byKey : {true, false}) {
-            UploadConfirmationView* sheet = present();
-            if (byKey)
-                QTest::keyClick(sheet, Qt::Key_Escape);
-            else
-                QTest::mouseClick(child<QPushButton>(sheet, u"cancelButton"_s), Qt::LeftButton);
-            QVERIFY(!h->model->showConfirmation());
-            QTRY_VERIFY(!visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
-        }
-        QCOMPARE(h->uploaders.made.size(), 0);
-        QCOMPARE(h->model->progress(), std::nullopt);
-    }
-
     void longNamesElideAndTheRemotePathCopiesWhole() {
-        const QString name = QString(200, QLatin1Char('x')) + u".nc"_s;
+        const QString name = QString(200, u'x') + u".nc"_s;
         h->model->chooseFile(h->jobFile(name));
         UploadConfirmationView* sheet = present();
         QCOMPARE(sheet->width(), 520);
         for (const char* label : {"fileNameValue", "remotePathValue"}) {
             auto* shown = child<ElidedLabel>(sheet, QString::fromLatin1(label));
-            QVERIFY2(shown->text().contains(QChar(0x2026)), label);
+            QVERIFY2(shown->text().contains(u'\u2026'), label);
             QVERIFY2(shown->mapTo(sheet, QPoint(shown->width(), 0)).x() <= sheet->width(), label);
-            QVERIFY2(shown->toolTip() == shown->fullText(), label);
         }
         auto* remotePath = child<ElidedLabel>(sheet, u"remotePathValue"_s);
         remotePath->setFocus();
