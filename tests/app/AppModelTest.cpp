@@ -219,9 +219,8 @@ private Q_SLOTS:
         QLockFile otherWriter(settings::writeLockPath(*temporaryStore(h->dir)));
         QVERIFY(otherWriter.lock());
         model->persistence().setLockWait(std::chrono::milliseconds(10));
-        const QString notice = u"The upload history could not be saved: The settings store "_s +
-                               temporaryStore(h->dir)->fileName() +
-                               u" stayed locked by another program."_s;
+        const QString notice = u"The upload history could not be saved: "_s +
+                               model->persistence().recordUpload(record).value().description();
         QStringList seen;
         for (int run = 0; run < 3; ++run) {
             if (run == 2) {

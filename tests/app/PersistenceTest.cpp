@@ -1,6 +1,5 @@
 #include "app/AppPersistence.h"
 #include "app/SettingsStore.h"
-#include "app/StoredDate.h"
 #include "support/TestFiles.h"
 
 #include <QDir>
@@ -39,14 +38,8 @@ private:
 private Q_SLOTS:
     void init() { rawStore()->clear(); }
 
-    void datesAreSecondsSince2001() {
-        QCOMPARE(toStoredDate(newYear2026).toDouble(), 788918400.0);
-        QCOMPARE(fromStoredDate(QJsonValue(788918400.25)), newYear2026.addMSecs(250));
-        QVERIFY(!fromStoredDate(QJsonValue(u"788918400"_s)));
-    }
-
-    // The stored documents are compact JSON with exactly these keys; an absent value leaves its
-    // key out.
+    // The stored documents are compact JSON with exactly these keys, dates as seconds since 2001;
+    // an absent value leaves its key out.
     void documentsRoundTripWithExactKeys() {
         const QList<JobFile> files{
             {QUrl::fromLocalFile(u"/jobs/my part.nc"_s), 20000, newYear2026.addMSecs(123)},
@@ -97,8 +90,9 @@ private Q_SLOTS:
 
     void unreadableListsAreReplacedByTheNextWrite() {
         rawStore()->setValue(u"recentFiles"_s, QByteArray("not json"));
-        rawStore()->setValue(u"uploads"_s,
-                             QByteArray(R"([{"machineID":"a","filePath":"/b","fileSize":1}])"));
+        // A date is a number, never its text.
+        rawStore()->setValue(u"uploads"_s, QByteArray(R"([{"machineID":"a","filePath":"/b",)"
+                                                      R"("fileSize":1,"uploadedAt":"1"}])"));
         QVERIFY(persistence().recentFiles().isEmpty());
         QVERIFY(persistence().uploadRecords().isEmpty());
         const QList<JobFile> next{{QUrl::fromLocalFile(u"/a.nc"_s), 1, std::nullopt}};

@@ -1,6 +1,8 @@
 #include "BuildConfig.h"
 #include "CliRun.h"
+#include "app/Errors.h"
 #include "discovery/Announcer.h"
+#include "support/TestFiles.h"
 #include "update/FeedServer.h"
 
 #include <QTcpServer>
@@ -9,13 +11,14 @@ using namespace tarnwick;
 using namespace tarnwick::testing;
 using namespace Qt::StringLiterals;
 
-// scan, check and check-update, each run as a user would.
+// scan, check, inspect and check-update, each run as a user would.
 class CommandsTest : public QObject {
     Q_OBJECT
 
     const quint16 port = freeUdpPort();
     QUdpSocket holder;
     QTcpServer listening;
+    QTemporaryDir dir;
 
 private Q_SLOTS:
     // A row's own --seconds or --port wins over the earlier one.
@@ -46,6 +49,29 @@ private Q_SLOTS:
         cliRow("refused", u"check 127.0.0.1:%1"_s.arg(closed.serverPort()), 1, {},
                u"Connection check failed: Connection refused\n"_s);
         cliRow("port 0", u"check 1.2.3.4:0"_s, 2, {}, u"Enter a valid IPv4 address and port.\n"_s);
+
+        const QString job = writeFile(dir, u"job.nc"_s,
+                                      "G20 T3 M6 S8000 M3\nG0 X0 Y0 Z0.5\nG1 Z-0.1 F10\n"
+                                      "G2 X1 Y1 R-1\nM30\n")
+                                .toLocalFile();
+        // Inches in, millimetres out; the long arc swings out to X -1 and Y 2 inches.
+        cliRow("inspect", u"inspect --json "_s + job, 0,
+               uR"({"cutting":{"max":[25.4,50.8,12.7],"min":[-25.4,0,-2.54]},)"
+               uR"("estimatedSeconds":31.9,"feed":{"max":254,"min":254},"lines":5,"motions":3,)"
+               uR"("partial":false,"rapid":{"max":[0,0,12.7],"min":[0,0,12.7]},)"
+               uR"("spindle":{"max":8000,"min":8000},"tools":[3],"units":"inch","warnings":[]})"
+               u"\n"_s);
+        cliRow(
+            "inspect empty",
+            u"inspect "_s + writeFile(dir, u"empty.gcode"_s, {}).toLocalFile() + u" --json"_s, 0,
+            uR"({"cutting":null,"estimatedSeconds":0,"feed":null,"lines":0,"motions":0,)"
+            uR"("partial":false,"rapid":null,"spindle":null,"tools":[],"units":null,"warnings":[]})"
+            u"\n"_s);
+        cliRow("inspect unusable",
+               u"inspect "_s + writeFile(dir, u"notes.txt"_s, "G0 X1\n").toLocalFile(), 2, {},
+               JobFileError::unsupportedExtension(u"txt"_s).description() + u'\n');
+        cliRow("inspect no file", u"inspect"_s, 2, {},
+               u"Usage: tarnwick-cli inspect FILE [--json]\n"_s);
     }
     void run() {
         compareCliRun([this](QProcess& tool) {

@@ -82,15 +82,15 @@ private Q_SLOTS:
         row("uploaded", good, toSim, 0, {}, "0 ");
         row("unusable file", good,
             {writeFile(dir, u"notes.TXT"_s, "x").toLocalFile(), u"--to"_s, u"%1"_s}, 0,
-            u"The .txt extension is not supported. Choose an .nc, .cnc or .gcode file."_s,
-            "2 usage");
+            JobFileError::unsupportedExtension(u"txt"_s).description(), "2 usage");
         row("unreachable", {}, {part, u"--to"_s, refused}, 0, {}, "3 unreachable");
         row("refused", good + QStringList{u"--cancel-after"_s, u"1"_s}, toSim, 0,
-            u"The machine rejected the upload: The machine cancelled the transfer."_s, "4 refused");
+            UploadError::rejected(u"The machine cancelled the transfer."_s).description(),
+            "4 refused");
         row("timed out", good + QStringList{u"--silent-after"_s, u"1"_s}, toSim, 0,
-            u"The machine did not respond before the upload timed out."_s, "5 timeout");
+            UploadError::timedOut().description(), "5 timeout");
 #ifdef Q_OS_UNIX
-        row("SIGHUP", slow, toSim, SIGHUP, u"The upload was cancelled."_s, "6 cancelled");
+        row("SIGHUP", slow, toSim, SIGHUP, UploadError::cancelled().description(), "6 cancelled");
 #endif
         row("duplicate", good, toSim, -1,
             u"This exact file was uploaded to this machine in the last 24 hours. Run the command "
@@ -160,10 +160,10 @@ private Q_SLOTS:
         const CliResult result =
             Cli().run({u"upload"_s, part, u"--to"_s, machineA, u"--to"_s, machineB},
                       signalWhenSending({&a, &b}, SIGTERM));
-        QCOMPARE(result.all(),
-                 QStringList({u"6"_s, u"0 of 2 uploads succeeded.\n"_s,
-                              u"my part.nc → %1: The upload was cancelled.\nmy part.nc → %2: The "
-                              "upload was cancelled.\n"_s.arg(machineA, machineB)}));
+        const QString cancelled = UploadError::cancelled().description();
+        QCOMPARE(result.all(), QStringList({u"6"_s, u"0 of 2 uploads succeeded.\n"_s,
+                                            u"my part.nc → %1: %3\nmy part.nc → %2: %3\n"_s.arg(
+                                                machineA, machineB, cancelled)}));
         for (SimProcess* sim : {&a, &b})
             QTRY_COMPARE_WITH_TIMEOUT(sim->loggedTypes().last(), u"fileCancel"_s, 3000);
     }

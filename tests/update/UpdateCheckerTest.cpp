@@ -87,7 +87,6 @@ private Q_SLOTS:
         QTest::newRow("same") << v << 200 << "1.3.0"_ba << 0 << same;
         QTest::newRow("older") << v << 200 << "1.2.9"_ba << 0 << same;
         QTest::newRow("304") << v << 304 << QByteArray() << 0 << bad;
-        QTest::newRow("404") << v << 404 << "2.0"_ba << 0 << bad;
         QTest::newRow("201") << v << 201 << "2.0"_ba << 0 << bad;
         QTest::newRow("html") << v << 200 << "<html/>"_ba << 0 << bad;
         QTest::newRow("cut short") << v << 200 << "2.0"_ba << 9 << u"Connection closed"_s;
