@@ -181,10 +181,13 @@ private Q_SLOTS:
         QVERIFY(!rawStore()->contains(u"selectedMachine"_s));
     }
 
-    void unreadableMachinesReadAsNone_data() {
+    // What cannot be read reads as nothing, stays as it was, and gives way to the next write.
+    void unreadableItems_data() {
+        QTest::addColumn<QString>("key");
         QTest::addColumn<QVariant>("stored");
-        const auto row = [](const char* name, const char* json) {
-            QTest::newRow(name) << QVariant(QByteArray(json));
+        const auto row = [](const char* name, const char* json,
+                            const QString& key = u"selectedMachine"_s) {
+            QTest::newRow(name) << key << QVariant(QByteArray(json));
         };
         row("unknown status", R"({"name":"M","ipAddress":"1.2.3.4","port":1,"status":"offline"})");
         row("port too large", R"({"name":"M","ipAddress":"1.2.3.4","port":70000,"status":"busy"})");
@@ -194,26 +197,21 @@ private Q_SLOTS:
         row("model not text",
             R"({"name":"M","model":3,"ipAddress":"1.2.3.4","port":1,"status":"busy"})");
         row("not JSON", "{name:");
-        QTest::newRow("not bytes") << QVariant(u"Mill"_s);
+        QTest::newRow("not bytes") << u"selectedMachine"_s << QVariant(u"Mill"_s);
+        row("recent files not JSON", "not json", u"recentFiles"_s);
+        row("date as text", R"([{"machineID":"a","filePath":"/b","fileSize":1,"uploadedAt":"1"}])",
+            u"uploads"_s);
     }
-    void unreadableMachinesReadAsNone() {
+    void unreadableItems() {
+        QFETCH(QString, key);
         QFETCH(QVariant, stored);
-        rawStore()->setValue(u"selectedMachine"_s, stored);
-        QVERIFY(!persistence().selectedMachine());
-        // Reading leaves the stored item untouched.
-        QCOMPARE(rawStore()->value(u"selectedMachine"_s), stored);
-    }
-
-    void unreadableListsAreReplacedByTheNextWrite() {
-        rawStore()->setValue(u"recentFiles"_s, QByteArray("not json"));
-        // A date is a number, never its text.
-        rawStore()->setValue(u"uploads"_s, QByteArray(R"([{"machineID":"a","filePath":"/b",)"
-                                                      R"("fileSize":1,"uploadedAt":"1"}])"));
-        QVERIFY(persistence().recentFiles().isEmpty());
-        QVERIFY(persistence().uploadRecords().isEmpty());
+        rawStore()->setValue(key, stored);
+        QVERIFY(!persistence().selectedMachine() && persistence().recentFiles().isEmpty() &&
+                persistence().uploadRecords().isEmpty());
+        QCOMPARE(rawStore()->value(key), stored);
         const QList<JobFile> next{{QUrl::fromLocalFile(u"/a.nc"_s), 1, std::nullopt}};
         persistence().setRecentFiles(next);
-        persistence().recordUpload(record(7));
+        QCOMPARE(persistence().recordUpload(record(7)), std::nullopt);
         QCOMPARE(persistence().recentFiles(), next);
         QCOMPARE(persistence().uploadRecords(), QList<UploadRecord>{record(7)});
     }
