@@ -122,9 +122,12 @@ private Q_SLOTS:
         QCOMPARE(model->errorMessage(),
                  u"Connection check failed: "_s + UploadError::timedOut().description());
         QCOMPARE(model->persistence().selectedMachine(), model->selectedMachine());
+        // A failing check alone clears the flag too.
         QCOMPARE(model->addManualMachine(u"0.0.0.0"_s, 1), std::nullopt);
+        Q_EMIT h->connector->checks.at(2)->failed(UploadError::timedOut());
+        QVERIFY(!model->isCheckingConnection());
         QCOMPARE(names(model->machines()), QStringList({u"A unavailable"_s, u"B connected"_s,
-                                                        u"Manual machine connecting"_s}));
+                                                        u"Manual machine unavailable"_s}));
         QTRY_VERIFY(h->connector->checks.at(0).isNull() && h->connector->checks.at(1).isNull());
     }
 
