@@ -98,40 +98,19 @@ private Q_SLOTS:
         QTRY_VERIFY(first.isNull() && h->discoverer->scans.at(1).isNull());
     }
 
-    // The address rule itself is the records' table; here the model's use of it.
-    void manualAddressRule() {
-        const struct {
-            QString address;
-            quint16 port;
-            QStringList machines;
-        } rows[] = {
-            {u"192.168.001.5"_s, 2222, {u"Mill discovered"_s}},
-            {u"192.168.1.5"_s, 0, {u"Mill discovered"_s}},
-            {u"0.0.0.0"_s, 1, {u"Mill discovered"_s, u"Manual machine connecting"_s}},
-            {u"10.0.0.1"_s, 2222, {u"Mill connecting"_s}},
-        };
-        for (const auto& row : rows) {
-            init();
-            AppModel* model = h->model.get();
-            model->discover();
-            announce(u"Mill"_s, u"10.0.0.1"_s);
-            const bool accepted = row.machines.last().endsWith(u"connecting");
-            QCOMPARE(model->addManualMachine(row.address, row.port),
-                     accepted ? std::nullopt
-                              : std::optional(Error(DiscoveryPacketError::InvalidAddress)));
-            QCOMPARE(names(model->machines()), row.machines);
-            QCOMPARE(h->connector->checks.size(), int(accepted));
-            QCOMPARE(model->selectedMachine().has_value(), accepted);
-        }
-    }
-
-    void overlappingChecks() {
+    // The address rule itself is the records' table; here the model's use of it. An address
+    // already listed selects that machine.
+    void manualAddressesAndOverlappingChecks() {
         AppModel* model = h->model.get();
         model->discover();
         announce(u"A"_s, u"10.0.0.1"_s);
         announce(u"B"_s, u"10.0.0.2"_s);
+        const std::optional<Error> invalid = DiscoveryPacketError::InvalidAddress;
+        QCOMPARE(model->addManualMachine(u"192.168.001.5"_s, 2222), invalid);
+        QCOMPARE(model->addManualMachine(u"10.0.0.2"_s, 0), invalid);
+        QVERIFY(h->connector->checks.isEmpty() && !model->selectedMachine());
         model->selectMachine(model->machines().at(0));
-        model->selectMachine(model->machines().at(1));
+        QCOMPARE(model->addManualMachine(u"10.0.0.2"_s, 2222), std::nullopt);
         model->selectMachine(std::nullopt); // keeps the selection, starts nothing
         QCOMPARE(h->connector->checks.size(), 2);
 
@@ -139,11 +118,16 @@ private Q_SLOTS:
         Q_EMIT h->connector->checks.at(1)->finished();
         QVERIFY(!model->isCheckingConnection());
         Q_EMIT h->connector->checks.at(0)->failed(UploadError::timedOut());
-        QCOMPARE(names(model->machines()), QStringList({u"A unavailable"_s, u"B connected"_s}));
-        QCOMPARE(model->selectedMachine()->status, Status::Connected);
+        QCOMPARE(model->selectedMachine(), model->machines().at(1));
         QCOMPARE(model->errorMessage(),
                  u"Connection check failed: "_s + UploadError::timedOut().description());
         QCOMPARE(model->persistence().selectedMachine(), model->selectedMachine());
+        // A failing check alone clears the flag too.
+        QCOMPARE(model->addManualMachine(u"0.0.0.0"_s, 1), std::nullopt);
+        Q_EMIT h->connector->checks.at(2)->failed(UploadError::timedOut());
+        QVERIFY(!model->isCheckingConnection());
+        QCOMPARE(names(model->machines()), QStringList({u"A unavailable"_s, u"B connected"_s,
+                                                        u"Manual machine unavailable"_s}));
         QTRY_VERIFY(h->connector->checks.at(0).isNull() && h->connector->checks.at(1).isNull());
     }
 
@@ -219,9 +203,8 @@ private Q_SLOTS:
         QLockFile otherWriter(settings::writeLockPath(*temporaryStore(h->dir)));
         QVERIFY(otherWriter.lock());
         model->persistence().setLockWait(std::chrono::milliseconds(10));
-        const QString notice = u"The upload history could not be saved: The settings store "_s +
-                               temporaryStore(h->dir)->fileName() +
-                               u" stayed locked by another program."_s;
+        const QString notice = u"The upload history could not be saved: "_s +
+                               model->persistence().recordUpload(record).value().description();
         QStringList seen;
         for (int run = 0; run < 3; ++run) {
             if (run == 2) {

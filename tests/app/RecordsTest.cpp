@@ -1,40 +1,67 @@
+#include "app/AppPersistence.h"
 #include "app/Errors.h"
 #include "app/JobFile.h"
 #include "app/Machine.h"
+#include "app/SettingsStore.h"
 #include "app/TransferProgress.h"
 #include "app/UploadRecord.h"
 #include "support/TestFiles.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLockFile>
+#include <QProcess>
 #include <QTest>
 
 using namespace tarnwick;
 using namespace Qt::StringLiterals;
 using namespace tarnwick::testing;
 
+namespace {
+
+const QDateTime newYear2026 = QDateTime(QDate(2026, 1, 1), QTime(0, 0), Qt::UTC);
+
+Machine mill() {
+    return {u"Mill"_s, std::nullopt, u"192.168.1.40"_s, 2222, Machine::ConnectionStatus::Connected};
+}
+
+UploadRecord record(int n) {
+    return {u"192.168.1.40:2222"_s, u"/jobs/%1.nc"_s.arg(n), 100 + n, newYear2026.addSecs(n)};
+}
+
+} // namespace
+
+// The records the app keeps, and the store that keeps them.
 class RecordsTest : public QObject {
     Q_OBJECT
 
+private:
+    QTemporaryDir m_dir;
+
+    AppPersistence persistence() { return AppPersistence(temporaryStore(m_dir)); }
+    std::unique_ptr<QSettings> rawStore() { return temporaryStore(m_dir); }
+    QByteArray stored(const QString& key) { return rawStore()->value(key).toByteArray(); }
+
 private Q_SLOTS:
+    void init() { rawStore()->clear(); }
+
     // Each name gives its JobFile's name, or the description of its error.
     void jobFileValidation() {
-        QTemporaryDir dir;
-        QVERIFY(QDir(dir.path()).mkdir(u"jobs.nc"_s));
+        QVERIFY(QDir(m_dir.path()).mkdir(u"jobs.nc"_s));
         const QStringList names{u"part.NC"_s,     u"my part.v2.Cnc"_s, u"part.GCODE"_s,
                                 u"part.nc.zip"_s, u"notes.TXT"_s,      u"README"_s,
                                 u"jobs.nc"_s};
         QStringList results;
         for (const QString& name : names) {
-            const QUrl url = name == u"jobs.nc" ? QUrl::fromLocalFile(dir.filePath(name))
-                                                : writeFile(dir, name, "G0 X0\n");
+            const QUrl url = name == u"jobs.nc" ? QUrl::fromLocalFile(m_dir.filePath(name))
+                                                : writeFile(m_dir, name, "G0 X0\n");
             const Result<JobFile> file = JobFile::fromUrl(url);
             if (!file) {
                 results << file.error().description();
                 continue;
             }
             QCOMPARE(file.value(), (JobFile{url, 6, QFileInfo(url.toLocalFile()).lastModified()}));
-            QCOMPARE(file->id(), dir.filePath(name));
+            QCOMPARE(file->id(), m_dir.filePath(name));
             results << file->fileName();
         }
         const auto unsupported = [](const char* extension) {
@@ -46,9 +73,8 @@ private Q_SLOTS:
     }
 
     void jobFileReadingErrors() {
-        QTemporaryDir dir;
-        QCOMPARE(JobFile::fromUrl(writeFile(dir, u"empty.nc"_s, {}))->size, 0);
-        const auto missing = JobFile::fromUrl(QUrl::fromLocalFile(dir.filePath(u"gone.nc"_s)));
+        QCOMPARE(JobFile::fromUrl(writeFile(m_dir, u"empty.nc"_s, {}))->size, 0);
+        const auto missing = JobFile::fromUrl(QUrl::fromLocalFile(m_dir.filePath(u"gone.nc"_s)));
         QVERIFY(missing.error().is<PlatformError>());
         QVERIFY(missing.error().description().contains(u"gone.nc"_s));
     }
@@ -100,16 +126,13 @@ private Q_SLOTS:
                         Machine::ConnectionStatus::Discovered};
         Machine connected = a;
         connected.status = Machine::ConnectionStatus::Connected;
-        Machine otherPort = a;
-        otherPort.port = 2222;
         Machine emptyModel = a;
         emptyModel.model = QString();
         QCOMPARE(a.id(), u"10.0.0.5:80"_s);
         QCOMPARE(connected.id(), a.id());
-        QVERIFY(connected != a && otherPort.id() != a.id() && emptyModel != a);
+        QVERIFY(connected != a && emptyModel != a);
         QVERIFY(qHash(emptyModel) != qHash(a));
         QCOMPARE(connectionStatusFromRawValue(u"busy"_s), Machine::ConnectionStatus::Busy);
-        QCOMPARE(rawValue(Machine::ConnectionStatus::Unavailable), u"unavailable"_s);
         QCOMPARE(rawValue(TransferProgress::Phase::Preparing), u"preparing"_s);
         for (const char* text : {"offline", "Busy", "busy ", "1", "Machine::busy", ""})
             QVERIFY2(!connectionStatusFromRawValue(QString::fromLatin1(text)), text);
@@ -127,7 +150,172 @@ private Q_SLOTS:
             fractions << value.fraction();
         QCOMPARE(fractions, QList<double>({0.0, 0.25, 1.0, 0.0, 0.0, 1.0}));
     }
+
+    // The stored documents are compact JSON with exactly these keys, dates as seconds since 2001;
+    // an absent value leaves its key out.
+    void documentsRoundTripWithExactKeys() {
+        const QList<JobFile> files{
+            {QUrl::fromLocalFile(u"/jobs/my part.nc"_s), 20000, newYear2026.addMSecs(123)},
+            {QUrl::fromLocalFile(u"/jobs/b.gcode"_s), 0, std::nullopt}};
+        persistence().setSelectedMachine(mill());
+        persistence().setRecentFiles(files);
+        QCOMPARE(persistence().selectedMachine(), mill());
+        QCOMPARE(persistence().recentFiles(), files);
+        const QByteArray machine =
+            R"({"ipAddress":"192.168.1.40","name":"Mill","port":2222,"status":"connected"})";
+        const QByteArray recent =
+            R"([{"modifiedAt":788918400.123,"size":20000,"url":"file:///jobs/my%20part.nc"},)"
+            R"({"size":0,"url":"file:///jobs/b.gcode"}])";
+        QCOMPARE(stored(u"selectedMachine"_s), machine);
+        QCOMPARE(stored(u"recentFiles"_s), recent);
+
+        Machine withModel = mill();
+        withModel.model = u"Bench Mill"_s;
+        persistence().setSelectedMachine(withModel);
+        QCOMPARE(persistence().selectedMachine(), withModel);
+        QVERIFY(stored(u"selectedMachine"_s).contains("\"model\":\"Bench Mill\""));
+        persistence().setSelectedMachine(std::nullopt);
+        QVERIFY(!rawStore()->contains(u"selectedMachine"_s));
+    }
+
+    // What cannot be read reads as nothing, stays as it was, and gives way to the next write.
+    void unreadableItems_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("stored");
+        const auto row = [](const char* name, const char* json,
+                            const QString& key = u"selectedMachine"_s) {
+            QTest::newRow(name) << key << QVariant(QByteArray(json));
+        };
+        row("unknown status", R"({"name":"M","ipAddress":"1.2.3.4","port":1,"status":"offline"})");
+        row("port too large", R"({"name":"M","ipAddress":"1.2.3.4","port":70000,"status":"busy"})");
+        row("port fraction", R"({"name":"M","ipAddress":"1.2.3.4","port":1.5,"status":"busy"})");
+        row("port as text", R"({"name":"M","ipAddress":"1.2.3.4","port":"1","status":"busy"})");
+        row("missing name", R"({"ipAddress":"1.2.3.4","port":1,"status":"busy"})");
+        row("model not text",
+            R"({"name":"M","model":3,"ipAddress":"1.2.3.4","port":1,"status":"busy"})");
+        row("not JSON", "{name:");
+        QTest::newRow("not bytes") << u"selectedMachine"_s << QVariant(u"Mill"_s);
+        row("recent files not JSON", "not json", u"recentFiles"_s);
+        row("date as text", R"([{"machineID":"a","filePath":"/b","fileSize":1,"uploadedAt":"1"}])",
+            u"uploads"_s);
+    }
+    void unreadableItems() {
+        QFETCH(QString, key);
+        QFETCH(QVariant, stored);
+        rawStore()->setValue(key, stored);
+        QVERIFY(!persistence().selectedMachine() && persistence().recentFiles().isEmpty() &&
+                persistence().uploadRecords().isEmpty());
+        QCOMPARE(rawStore()->value(key), stored);
+        const QList<JobFile> next{{QUrl::fromLocalFile(u"/a.nc"_s), 1, std::nullopt}};
+        persistence().setRecentFiles(next);
+        QCOMPARE(persistence().recordUpload(record(7)), std::nullopt);
+        QCOMPARE(persistence().recentFiles(), next);
+        QCOMPARE(persistence().uploadRecords(), QList<UploadRecord>{record(7)});
+    }
+
+    void uploadHistoryKeepsTheFiftyNewest() {
+        persistence().recordUpload(record(1));
+        for (int n = 1; n <= 50; ++n)
+            persistence().recordUpload(record(n));
+        const QList<UploadRecord> records = persistence().uploadRecords();
+        QCOMPARE(records.size(), 50);
+        // The 51st record pushes the oldest out, even when it equals a newer one.
+        QCOMPARE(records.first(), record(50));
+        QCOMPARE(records.last(), record(1));
+
+        const QByteArray newest =
+            R"([{"filePath":"/jobs/50.nc","fileSize":150,"machineID":"192.168.1.40:2222",)"
+            R"("uploadedAt":788918450},{)";
+        QVERIFY(stored(u"uploads"_s).startsWith(newest));
+    }
+
+    // Processes that finish uploads together each add their records; none is lost.
+    void concurrentProcessesLoseNoRecord() {
+        const int processes = 5;
+        std::vector<std::unique_ptr<QProcess>> writers;
+        for (int p = 0; p < processes; ++p) {
+            auto& writer = writers.emplace_back(std::make_unique<QProcess>());
+            writer->start(QCoreApplication::applicationFilePath(),
+                          {u"--record"_s, rawStore()->fileName(), QString::number(p * 10)});
+        }
+        QSet<UploadRecord> expected;
+        for (int p = 0; p < processes; ++p) {
+            QVERIFY(writers[p]->waitForFinished(30'000));
+            QCOMPARE(writers[p]->readAllStandardError(), QByteArray());
+            QCOMPARE(writers[p]->exitCode(), 0);
+            for (int n = 0; n < 10; ++n)
+                expected.insert(record(p * 10 + n));
+        }
+        const QList<UploadRecord> stored = persistence().uploadRecords();
+        QCOMPARE(stored.size(), expected.size());
+        QCOMPARE(QSet<UploadRecord>(stored.begin(), stored.end()), expected);
+    }
+
+    // What was stored stays, and the error says why nothing was added.
+    void historyThatCannotBeSaved() {
+        QVERIFY(QDir(m_dir.path()).mkpath(u"folder.ini"_s));
+        writeFile(m_dir, u"file"_s, "not a folder");
+        persistence().recordUpload(record(1));
+        const struct {
+            const char* store;
+            bool locked;
+            int code;
+            const char* message;
+        } rows[] = {
+            {"folder.ini", false, QSettings::AccessError,
+             "The settings store %1 could not be read or written."},
+            {"store.ini", true, QLockFile::LockFailedError,
+             "The settings store %1 stayed locked by another program."},
+            {"file/store.ini", false, QLockFile::UnknownError,
+             "The lock file %1.write-lock could not be created."},
+        };
+        for (const auto& row : rows) {
+            const QString path = m_dir.filePath(QLatin1String(row.store));
+            AppPersistence history(std::make_unique<QSettings>(path, QSettings::IniFormat));
+            history.setLockWait(std::chrono::milliseconds(10));
+            QLockFile otherWriter(path + u".write-lock"_s);
+            QVERIFY(!row.locked || otherWriter.lock());
+            const PlatformError expected{PlatformError::Domain::File, row.code,
+                                         QString::fromUtf8(row.message).arg(path)};
+            QCOMPARE(history.recordUpload(record(2)), std::optional(Error(expected)));
+            QCOMPARE(history.uploadRecords(),
+                     row.locked ? QList<UploadRecord>{record(1)} : QList<UploadRecord>());
+        }
+    }
+
+    void storeOverrideAndUpdateSwitch() {
+        const QString file = m_dir.filePath(u"override.ini"_s);
+        qputenv(settings::storeFileVariable, file.toUtf8());
+        const std::unique_ptr<QSettings> store = openStandardStore();
+        QCOMPARE(std::pair(store->fileName(), store->format()),
+                 std::pair(file, QSettings::IniFormat));
+        // Only false, as a Boolean or as the text an INI file gives back, turns the checks off.
+        QList<bool> enabled{settings::automaticUpdateChecks(*store)};
+        for (const QVariant& value : {QVariant(false), QVariant(u"false"_s), QVariant(true),
+                                      QVariant(0), QVariant(u"no"_s)}) {
+            store->setValue(settings::automaticUpdateChecksKey, value);
+            enabled << settings::automaticUpdateChecks(*store);
+        }
+        QCOMPARE(enabled, QList<bool>({true, false, false, true, true, true}));
+    }
 };
 
-QTEST_GUILESS_MAIN(RecordsTest)
+// Run with "--record STORE FIRST", the test adds ten records to STORE as one of several writers.
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = application.arguments();
+    if (arguments.size() == 4 && arguments[1] == u"--record") {
+        AppPersistence persistence(std::make_unique<QSettings>(arguments[2], QSettings::IniFormat));
+        for (int n = arguments[3].toInt(); n < arguments[3].toInt() + 10; ++n) {
+            if (const std::optional<Error> error = persistence.recordUpload(record(n))) {
+                qWarning("%s", qPrintable(error->description()));
+                return 1;
+            }
+        }
+        return 0;
+    }
+    RecordsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "RecordsTest.moc"

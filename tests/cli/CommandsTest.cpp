@@ -1,21 +1,132 @@
 #include "BuildConfig.h"
-#include "CliRun.h"
+#include "app/AppPersistence.h"
+#include "app/Errors.h"
+#include "cli/ExitCode.h"
+#include "cli/ProgressBar.h"
 #include "discovery/Announcer.h"
+#include "support/SimProcess.h"
+#include "support/TestFiles.h"
 #include "update/FeedServer.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSettings>
 #include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+#include <tuple>
+#include <utility>
+
+#ifdef Q_OS_UNIX
+#include <algorithm>
+#include <csignal>
+#endif
 
 using namespace tarnwick;
+using namespace tarnwick::cli;
 using namespace tarnwick::testing;
 using namespace Qt::StringLiterals;
+using Phase = TransferProgress::Phase;
 
-// scan, check and check-update, each run as a user would.
+namespace {
+
+struct CliResult {
+    int exitCode = -1;
+    QString out;
+    QString err;
+
+    QStringList all() const { return {QString::number(exitCode), out, err}; }
+    QList<QJsonObject> jsonLines() const {
+        QList<QJsonObject> lines;
+        for (const QString& line : out.split(u'\n', Qt::SkipEmptyParts))
+            lines.append(QJsonDocument::fromJson(line.toUtf8()).object());
+        return lines;
+    }
+};
+
+// tarnwick-cli with a settings store of its own, kept across the runs of one object.
+class Cli {
+public:
+    std::unique_ptr<QSettings> store() const {
+        return std::make_unique<QSettings>(storePath(), QSettings::IniFormat);
+    }
+
+    // Runs the tool to its end (at most 30 s, else exit code -1) while this thread's event loop
+    // turns, calling whileRunning every 50 ms.
+    CliResult run(const QStringList& arguments,
+                  const std::function<void(QProcess&)>& whileRunning = {}) const {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TARNWICK_SETTINGS_FILE"), storePath());
+        process.setProcessEnvironment(environment);
+        process.start(qEnvironmentVariable("TARNWICK_BIN_DIR") + u"/tarnwick-cli", arguments);
+        for (int wait = 0; wait < 600 && process.state() != QProcess::NotRunning; ++wait) {
+            QTest::qWait(50);
+            if (whileRunning && process.state() == QProcess::Running)
+                whileRunning(process);
+        }
+        process.kill();
+        process.waitForFinished();
+        if (process.exitStatus() != QProcess::NormalExit)
+            return {};
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+private:
+    QString storePath() const { return m_config.filePath(QStringLiteral("settings.ini")); }
+
+    QTemporaryDir m_config;
+};
+
+// A row of runs: the arguments, separated by blanks, and the whole result expected.
+void cliRow(const char* name, const QString& arguments, int exitCode, const QString& out,
+            const QString& err = {}) {
+    QTest::newRow(name) << arguments.split(u' ', Qt::SkipEmptyParts)
+                        << CliResult{exitCode, out, err}.all();
+}
+
+QString at(quint16 port) {
+    return u"127.0.0.1:%1"_s.arg(port);
+}
+
+// Sends the signal once, when every simulator has received a chunk: a second signal ends the
+// tool at once, and a slow build may still be cancelling when the next poll comes.
+std::function<void(QProcess&)> signalWhenSending(const QList<SimProcess*>& sims, int signal) {
+    auto sent = std::make_shared<bool>(false);
+    return [sims, signal, sent](QProcess& cli) {
+        if (*sent || !std::all_of(sims.begin(), sims.end(), [](SimProcess* sim) {
+                return sim->loggedTypes().contains(u"fileData"_s);
+            }))
+            return;
+        *sent = true;
+#ifdef Q_OS_UNIX
+        ::kill(pid_t(cli.processId()), signal);
+#else
+        void(signal), cli.kill();
+#endif
+    };
+}
+
+} // namespace
+
+// tarnwick-cli's commands, each run as a user would, and what a person and a script read of an
+// upload.
 class CommandsTest : public QObject {
     Q_OBJECT
 
-    const quint16 port = freeUdpPort();
+    const quint16 scanPort = freeUdpPort();
     QUdpSocket holder;
     QTcpServer listening;
+    QTemporaryDir dir;
+    const QByteArray bytes = QByteArray("G0 X1 Y2\n").repeated(5000);
+    const QString part = writeFile(dir, u"my part.nc"_s, bytes).toLocalFile();
+    const QString second = writeFile(dir, u"second.nc"_s, bytes.left(20'000)).toLocalFile();
 
 private Q_SLOTS:
     // A row's own --seconds or --port wins over the earlier one.
@@ -24,9 +135,10 @@ private Q_SLOTS:
         QVERIFY(listening.listen(QHostAddress::LocalHost, 0));
         QTcpServer closed;
         QVERIFY(closed.listen(QHostAddress::LocalHost, 0));
-        const QString accepting = u"127.0.0.1:%1"_s.arg(listening.serverPort());
-        const QString scan = u"scan --seconds 1.5 --port %1 "_s.arg(port);
-        cliColumns();
+        const QString accepting = at(listening.serverPort());
+        const QString scan = u"scan --seconds 1.5 --port %1 "_s.arg(scanPort);
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QStringList>("expected");
         cliRow("lines", scan, 0,
                u"Mill\t192.168.1.20:4000\tbusy\nTab and line\t10.0.0.3:2222\tdiscovered\n"_s);
         cliRow("json", scan + u"--json"_s, 0,
@@ -34,28 +146,54 @@ private Q_SLOTS:
 {"ipAddress":"10.0.0.3","name":"Tab\tand\nline","port":2222,"status":"discovered"}
 )"_s);
         // Whatever the platform calls a taken port, the tool passes it on.
-        QUdpSocket second;
+        QUdpSocket rival;
         QVERIFY(
-            !second.bind(QHostAddress::AnyIPv4, holder.localPort(), QUdpSocket::DontShareAddress));
+            !rival.bind(QHostAddress::AnyIPv4, holder.localPort(), QUdpSocket::DontShareAddress));
         cliRow("port taken", scan + u"--port %1"_s.arg(holder.localPort()), 1, {},
-               u"Discovery failed: "_s + second.errorString() + u'\n');
+               u"Discovery failed: "_s + rival.errorString() + u'\n');
         cliRow("too long", scan + u"--seconds 3601"_s, 2, {},
                u"--seconds takes a number of seconds greater than 0 and at most 3600.\n"_s);
         cliRow("accepted", u"check "_s + accepting, 0,
                accepting + u" accepted the connection.\n"_s);
-        cliRow("refused", u"check 127.0.0.1:%1"_s.arg(closed.serverPort()), 1, {},
+        cliRow("refused", u"check "_s + at(closed.serverPort()), 1, {},
                u"Connection check failed: Connection refused\n"_s);
         cliRow("port 0", u"check 1.2.3.4:0"_s, 2, {}, u"Enter a valid IPv4 address and port.\n"_s);
+
+        const QString job = writeFile(dir, u"job.nc"_s,
+                                      "G20 T3 M6 S8000 M3\nG0 X0 Y0 Z0.5\nG1 Z-0.1 F10\n"
+                                      "G2 X1 Y1 R-1\nM30\n")
+                                .toLocalFile();
+        // Inches in, millimetres out; the long arc swings out to X -1 and Y 2 inches.
+        cliRow("inspect", u"inspect --json "_s + job, 0,
+               uR"({"cutting":{"max":[25.4,50.8,12.7],"min":[-25.4,0,-2.54]},)"
+               uR"("estimatedSeconds":31.9,"feed":{"max":254,"min":254},"lines":5,"motions":3,)"
+               uR"("partial":false,"rapid":{"max":[0,0,12.7],"min":[0,0,12.7]},)"
+               uR"("spindle":{"max":8000,"min":8000},"tools":[3],"units":"inch","warnings":[]})"
+               u"\n"_s);
+        cliRow(
+            "inspect empty",
+            u"inspect "_s + writeFile(dir, u"empty.gcode"_s, {}).toLocalFile() + u" --json"_s, 0,
+            uR"({"cutting":null,"estimatedSeconds":0,"feed":null,"lines":0,"motions":0,)"
+            uR"("partial":false,"rapid":null,"spindle":null,"tools":[],"units":null,"warnings":[]})"
+            u"\n"_s);
+        cliRow("inspect unusable",
+               u"inspect "_s + writeFile(dir, u"inspect.txt"_s, "G0 X1\n").toLocalFile(), 2, {},
+               JobFileError::unsupportedExtension(u"txt"_s).description() + u'\n');
+        cliRow("inspect no file", u"inspect"_s, 2, {},
+               u"Usage: tarnwick-cli inspect FILE [--json]\n"_s);
     }
     void run() {
-        compareCliRun([this](QProcess& tool) {
+        QFETCH(QStringList, arguments);
+        QFETCH(QStringList, expected);
+        const CliResult result = Cli().run(arguments, [this](QProcess& tool) {
             // The tool listens once it has printed the first machine: the others follow it.
-            announce(port, "Mill,192.168.1.20,4000,1");
+            announce(scanPort, "Mill,192.168.1.20,4000,1");
             if (tool.bytesAvailable() > 0) {
-                announce(port, "Mill,192.168.1.20,4000,0");
-                announce(port, "Tab\tand\nline,10.0.0.3,2222,0");
+                announce(scanPort, "Mill,192.168.1.20,4000,0");
+                announce(scanPort, "Tab\tand\nline,10.0.0.3,2222,0");
             }
         });
+        QCOMPARE(result.all(), expected);
     }
 
     // The feed server answers from this process, so the tool runs while the event loop turns.
@@ -76,6 +214,261 @@ private Q_SLOTS:
         const QString id = server.targets.value(0).section(u'=', 1).left(36);
         QCOMPARE(server.targets, QStringList(3, u"/quorle/version.json?uuid="_s + id + u"&v="_s +
                                                     QLatin1String(build::version)));
+    }
+
+    void helpDocumentsEveryExitCode() {
+        const CliResult help = Cli().run({u"upload"_s, u"--help"_s});
+        QCOMPARE(help.exitCode, 0);
+        for (int code = 0; code <= 8; ++code)
+            QVERIFY2(help.out.contains(u"\n  %1  "_s.arg(code)), qPrintable(help.out));
+    }
+
+    // Each class once, with its text and last JSON line. "%1" is the simulator's port; `action`
+    // is a signal to send while sending, or -1 to compare a second run.
+    void classes_data() {
+        QTest::addColumn<QStringList>("sim");
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("action");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("exitClass");
+        const QStringList good{u"--ftype"_s, u"x"_s};
+        const QStringList slow = good + QStringList{u"--latency-ms"_s, u"300"_s};
+        const QStringList toSim{part, u"--to"_s, u"%1"_s};
+        QTcpServer closed;
+        QVERIFY(closed.listen(QHostAddress::LocalHost, 0));
+        const QString refused = at(closed.serverPort());
+        closed.close();
+        const auto row = [](const char* name, QStringList sim, const QStringList& arguments,
+                            int action, const QString& message, const char* exitClass) {
+            QTest::newRow(name) << sim << arguments << action << message
+                                << QString::fromLatin1(exitClass);
+        };
+        row("uploaded", good, toSim, 0, {}, "0 ");
+        row("unusable file", good,
+            {writeFile(dir, u"notes.TXT"_s, "x").toLocalFile(), u"--to"_s, u"%1"_s}, 0,
+            JobFileError::unsupportedExtension(u"txt"_s).description(), "2 usage");
+        row("unreachable", {}, {part, u"--to"_s, refused}, 0, {}, "3 unreachable");
+        row("refused", good + QStringList{u"--cancel-after"_s, u"1"_s}, toSim, 0,
+            UploadError::rejected(u"The machine cancelled the transfer."_s).description(),
+            "4 refused");
+        row("timed out", good + QStringList{u"--silent-after"_s, u"1"_s}, toSim, 0,
+            UploadError::timedOut().description(), "5 timeout");
+#ifdef Q_OS_UNIX
+        row("SIGHUP", slow, toSim, SIGHUP, UploadError::cancelled().description(), "6 cancelled");
+#endif
+        row("duplicate", good, toSim, -1,
+            u"This exact file was uploaded to this machine in the last 24 hours. Run the command "
+            "again with --again to send it anyway."_s,
+            "7 duplicate");
+    }
+    void classes() {
+        QFETCH(QStringList, sim);
+        QFETCH(QStringList, arguments);
+        QFETCH(int, action);
+        QFETCH(QString, message);
+        QFETCH(QString, exitClass);
+        SimProcess machine(sim);
+        const quint16 port = sim.isEmpty() ? 0 : machine.waitUntilListening();
+        const Cli cli;
+        QStringList command{u"upload"_s, u"--json"_s};
+        for (const QString& argument : arguments)
+            command.append(argument == u"%1"_s ? at(port) : argument);
+        if (action < 0)
+            QCOMPARE(cli.run(command).exitCode, 0);
+        const CliResult result = cli.run(command, action > 0 ? signalWhenSending({&machine}, action)
+                                                             : std::function<void(QProcess&)>());
+        const QJsonObject last = result.jsonLines().value(result.jsonLines().size() - 1);
+        QCOMPARE(QString::number(result.exitCode) + u' ' + last.value(u"kind"_s).toString(),
+                 exitClass);
+        if (result.exitCode == 0) {
+            QCOMPARE(last.value(u"phase"_s).toString(), u"completed"_s);
+            QCOMPARE(machine.stored(u"my part.nc"_s), bytes);
+            return;
+        }
+        if (!message.isEmpty())
+            QCOMPARE(result.err, message + u'\n');
+        QCOMPARE(last.value(u"error"_s).toString(), result.err.trimmed());
+        if (action > 0)
+            QTRY_COMPARE_WITH_TIMEOUT(machine.loggedTypes().last(), u"fileCancel"_s, 3000);
+    }
+
+    // Two files to three machines, the middle one refusing: the others get both files, the
+    // first failure in order decides the exit code, and every line names its pair.
+    void servesEveryPairDespiteAFailure() {
+        SimProcess first({u"--ftype"_s, u"x"_s}), last({u"--ftype"_s, u"x"_s});
+        SimProcess failing({u"--ftype"_s, u"x"_s, u"--cancel-after"_s, u"1"_s});
+        QStringList arguments{u"upload"_s, part, second, u"--json"_s};
+        for (SimProcess* sim : {&first, &failing, &last})
+            arguments << u"--to"_s << at(sim->waitUntilListening());
+        const CliResult result = Cli().run(arguments);
+        QList<QJsonObject> lines = result.jsonLines();
+        const QJsonObject summary = lines.takeLast();
+        // The exit code, succeeded, failed, then each pair's class.
+        QList<int> counts{result.exitCode, summary[u"succeeded"_s].toInt(),
+                          summary[u"failed"_s].toInt()};
+        for (const QJsonValue& pair : summary.value(u"pairs"_s).toArray())
+            counts.append(pair[u"exitCode"_s].toInt());
+        QCOMPARE(counts, QList<int>({4, 4, 2, 0, 4, 0, 0, 4, 0}));
+        for (const QJsonObject& line : std::as_const(lines))
+            QVERIFY(line.contains(u"file"_s) && line.contains(u"machine"_s));
+        for (SimProcess* sim : {&first, &last})
+            QCOMPARE(sim->storedNames(), QStringList({u"my part.nc"_s, u"second.nc"_s}));
+        QVERIFY(failing.storedNames().isEmpty());
+    }
+
+#ifdef Q_OS_UNIX
+    void terminateCancelsEveryRunningPair() {
+        const QStringList slow{u"--ftype"_s, u"x"_s, u"--latency-ms"_s, u"300"_s};
+        SimProcess a(slow), b(slow);
+        const QString machineA = at(a.waitUntilListening()), machineB = at(b.waitUntilListening());
+        const CliResult result =
+            Cli().run({u"upload"_s, part, u"--to"_s, machineA, u"--to"_s, machineB},
+                      signalWhenSending({&a, &b}, SIGTERM));
+        const QString cancelled = UploadError::cancelled().description();
+        QCOMPARE(result.all(), QStringList({u"6"_s, u"0 of 2 uploads succeeded.\n"_s,
+                                            u"my part.nc → %1: %3\nmy part.nc → %2: %3\n"_s.arg(
+                                                machineA, machineB, cancelled)}));
+        for (SimProcess* sim : {&a, &b})
+            QTRY_COMPARE_WITH_TIMEOUT(sim->loggedTypes().last(), u"fileCancel"_s, 3000);
+    }
+#endif
+
+    // Announcements reach the tool on a test port; "%1" is the simulator's port.
+    void machinesByName_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("announcements");
+        QTest::addColumn<QString>("outcome");
+        const QString mill = u"Bench Mill,127.0.0.1,%1,0"_s;
+        QTest::newRow("resolves") << u"bench MILL"_s << QStringList{mill} << u"0 "_s;
+        QTest::newRow("unknown") << u"Lathe"_s << QStringList{mill}
+                                 << u"3 No machine named “Lathe” answered the scan.\n"_s;
+        QTest::newRow("ambiguous")
+            << u"Bench Mill"_s << QStringList{mill, u"Bench Mill,127.0.0.1,9,0"_s}
+            << u"2 More than one machine is named “Bench Mill”: 127.0.0.1:%1, 127.0.0.1:9. Give "
+               u"its "
+               "address instead.\n"_s;
+        QTest::newRow("busy") << u"Bench Mill"_s << QStringList{u"Bench Mill,127.0.0.1,%1,1"_s}
+                              << u"1 “Bench Mill” at 127.0.0.1:%1 is busy, so nothing was sent to "
+                                 "it. Add --busy-ok to send to it anyway.\n"_s;
+    }
+    void machinesByName() {
+        QFETCH(QString, name);
+        QFETCH(QStringList, announcements);
+        QFETCH(QString, outcome);
+        SimProcess sim({u"--ftype"_s, u"x"_s});
+        const quint16 port = sim.waitUntilListening(), discovery = freeUdpPort();
+        const CliResult result = Cli().run(
+            {u"upload"_s, part, u"--to"_s, name, u"--discovery-port"_s, QString::number(discovery)},
+            [&](QProcess&) {
+                for (const QString& announcement : announcements)
+                    announce(discovery, announcement.arg(port).toUtf8());
+            });
+        QCOMPARE(QString::number(result.exitCode) + u' ' + result.err, outcome.arg(port));
+        QCOMPARE(sim.storedNames().size(), result.exitCode == 0 ? 1 : 0);
+    }
+
+    void historyPrintsNewestFirstFilteredAndChangesNothing() {
+        const Cli cli;
+        const QDateTime now = QDateTime::currentDateTimeUtc().addMSecs(-1500);
+        const QList<UploadRecord> records{
+            {u"192.168.1.20:4000"_s, u"/jobs/c.nc"_s, 3000, now.addSecs(-3600)},
+            {u"192.168.1.21:2222"_s, u"/jobs/b,c.nc"_s, 2000, now.addSecs(-7200)},
+            {u"192.168.1.20:2222"_s, u"/jobs/a.nc"_s, 1000, now.addDays(-3)}};
+        AppPersistence persistence(cli.store());
+        for (qsizetype i = records.size() - 1; i >= 0; --i)
+            QCOMPARE(persistence.recordUpload(records[i]), std::nullopt);
+        QStringList iso, local;
+        for (const UploadRecord& record : records) {
+            iso.append(record.uploadedAt.toString(Qt::ISODate));
+            local.append(record.uploadedAt.toLocalTime().toString(u"yyyy-MM-dd HH:mm:ss"_s));
+        }
+        const auto run = [&](const QString& arguments) {
+            return cli.run(QString(u"history "_s + arguments).split(u' ', Qt::SkipEmptyParts))
+                .all();
+        };
+        QFile file(cli.store()->fileName());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray stored = file.readAll();
+
+        QCOMPARE(run({}),
+                 QStringList({u"0"_s,
+                              local[0] + u"\t192.168.1.20:4000\t3000\t/jobs/c.nc\n"_s + local[1] +
+                                  u"\t192.168.1.21:2222\t2000\t/jobs/b,c.nc\n"_s + local[2] +
+                                  u"\t192.168.1.20:2222\t1000\t/jobs/a.nc\n"_s,
+                              {}}));
+        QCOMPARE(
+            run(u"--json --machine 192.168.1.20"_s).value(1),
+            uR"({"file":"/jobs/c.nc","machine":"192.168.1.20:4000","size":3000,"uploadedAt":"%1"}
+{"file":"/jobs/a.nc","machine":"192.168.1.20:2222","size":1000,"uploadedAt":"%2"}
+)"_s.arg(iso[0], iso[2]));
+        QCOMPARE(
+            run(u"--csv --since 1d"_s).value(1),
+            u"uploadedAt,machine,file,size\n%1,192.168.1.20:4000,/jobs/c.nc,3000\n%2,192.168.1.21:2222,\"/jobs/b,c.nc\",2000\n"_s
+                .arg(iso[0], iso[1]));
+        QCOMPARE(run(u"--since 7x"_s).value(2),
+                 u"--since takes a duration such as 90s, 45m, 12h, 7d or 2w.\n"_s);
+        QVERIFY(file.seek(0));
+        QCOMPARE(file.readAll(), stored);
+
+        cli.store()->setValue(u"uploads"_s, QByteArray("[{\"damaged\""));
+        QCOMPARE(run({}), QStringList({u"1"_s,
+                                       {},
+                                       u"The upload history in %1 could not be read.\n"_s.arg(
+                                           QDir::toNativeSeparators(file.fileName()))}));
+    }
+
+    void lines() {
+        const std::pair<TransferProgress, const char*> rows[] = {
+            {{Phase::Preparing, 0, 2'000'000, 0},
+             "[..............................]   0%  0 bytes of 2.0 MB  connecting"},
+            {{Phase::Uploading, 500'000, 2'000'000, 250'000},
+             "[########......................]  25%  500.0 kB of 2.0 MB  250.0 kB/s  6 s left"},
+            {{Phase::Uploading, 1'000'000, 200'000'000, 1'000'000},
+             "[..............................]   0%  1.0 MB of 200.0 MB  1.0 MB/s  3 min 19 s "
+             "left"},
+            {{Phase::Completed, 2'000'000, 2'000'000, 0},
+             "[##############################] 100%  2.0 MB of 2.0 MB  done"},
+        };
+        for (const auto& [progress, line] : rows)
+            QCOMPARE(ProgressBar::line(progress), QLatin1String(line));
+    }
+
+    // A shorter line blanks out what is left of the longer one before it; the line ends once.
+    void redrawsInPlaceAndEndsTheLineOnce() {
+        QString text;
+        QTextStream stream(&text);
+        ProgressBar bar(stream);
+        bar.finish();
+        bar.show({Phase::Uploading, 500'000, 2'000'000, 250'000});
+        bar.showChecking(420, 1000);
+        bar.finish();
+        bar.finish();
+        const QString first = ProgressBar::line({Phase::Uploading, 500'000, 2'000'000, 250'000});
+        QCOMPARE(text, u'\r' + first + u'\r' +
+                           QStringLiteral("Checking the file… 42 %").leftJustified(first.size()) +
+                           u'\n');
+    }
+
+    // The class follows the error's type and how far the upload had come, never its text.
+    void exitClasses() {
+        const PlatformError reset{PlatformError::Domain::Network, 1, QStringLiteral("reset")};
+        const PlatformError unreadable{PlatformError::Domain::File, 1, QStringLiteral("gone")};
+        const UploadReach before{false, false}, connected{true, false}, sending{true, true};
+        const std::tuple<Error, UploadReach, const char*> rows[] = {
+            {UploadError::invalidResponse({}), sending, "1 failed"},
+            {MakeraPacketError::truncated(), sending, "1 failed"},
+            {reset, sending, "1 failed"},
+            {reset, connected, "3 unreachable"},
+            {UploadError::timedOut(), before, "3 unreachable"},
+            {UploadError::timedOut(), connected, "5 timeout"},
+            {CancellationError{}, before, "6 cancelled"},
+            {JobFileError::changedWhileSending(), sending, "8 file"},
+            {unreadable, sending, "8 file"},
+        };
+        for (const auto& [error, reach, kind] : rows) {
+            const ExitCode code = exitCodeFor(error, reach);
+            QCOMPARE(QString::number(code) + u' ' + kindName(code), QLatin1String(kind));
+        }
     }
 };
 
