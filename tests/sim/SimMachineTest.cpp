@@ -9,15 +9,17 @@
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // A hand-driven controller client: sends packets, waits (bounded) for the next one.
 class RawClient {
 public:
-    bool connectTo(quint16 port) {
+    bool connectTo(SimProcess& sim) {
+        const quint16 port = sim.waitUntilListening();
         m_socket.connectToHost(QHostAddress::LocalHost, port);
-        return m_socket.waitForConnected(5000);
+        return port != 0 && m_socket.waitForConnected(5000);
     }
     void send(MakeraPacketType type, const QByteArray& payload = {}) {
         m_socket.write(MakeraPacket{type, payload}.encoded().value());
@@ -47,36 +49,6 @@ QByteArray number(quint32 value) {
     return bytes;
 }
 
-// Answers the simulator's requests for `content` until it ends or cancels; returns the last
-// packet (fileEnd or fileCancel), or none when it stopped talking.
-std::optional<MakeraPacket> serve(RawClient& client, const QByteArray& content,
-                                  const QByteArray& md5) {
-    const qint64 count = (content.size() + 8191) / 8192;
-    while (std::optional<MakeraPacket> request = client.next()) {
-        switch (request->type) {
-        case MakeraPacketType::FileMD5:
-            client.send(MakeraPacketType::FileMD5, md5);
-            break;
-        case MakeraPacketType::FileView:
-            client.send(MakeraPacketType::FileView,
-                        number(quint32(count)) + QByteArray::fromHex("2000"));
-            break;
-        case MakeraPacketType::FileData: {
-            const quint32 n = qFromBigEndian<quint32>(request->payload.constData());
-            client.send(MakeraPacketType::FileData, number(n) + content.mid((n - 1) * 8192, 8192));
-            break;
-        }
-        default:
-            return request;
-        }
-    }
-    return std::nullopt;
-}
-
-QByteArray md5Of(const QByteArray& bytes) {
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
-}
-
 } // namespace
 
 class SimMachineTest : public QObject {
@@ -86,25 +58,15 @@ private Q_SLOTS:
     void announcesItselfOnTheGivenAddress() {
         QUdpSocket listener;
         QVERIFY(listener.bind(QHostAddress::LocalHost, 0));
-        QProcess sim;
-        sim.start(binaryPath(QStringLiteral("tarnwick-sim")),
-                  {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
-                   QStringLiteral("--announce-to"),
-                   QStringLiteral("127.0.0.1:%1").arg(listener.localPort()),
-                   QStringLiteral("--name"), QStringLiteral("Bench mill"),
-                   QStringLiteral("--busy")});
-        QVERIFY(sim.waitForReadyRead(5000));
-        const QByteArray line = sim.readLine();
-        QVERIFY(line.startsWith("listening on 127.0.0.1:"));
-        const QByteArray port = line.trimmed().mid(23);
-        QVERIFY(port.toUInt() > 0);
+        SimProcess sim({u"--announce-to"_s, u"127.0.0.1:%1"_s.arg(listener.localPort()),
+                        u"--name"_s, u"Bench mill"_s, u"--busy"_s});
+        const quint16 port = sim.waitUntilListening();
+        QVERIFY(port != 0);
 
         QTRY_VERIFY_WITH_TIMEOUT(listener.hasPendingDatagrams(), 3000);
         QByteArray datagram(int(listener.pendingDatagramSize()), Qt::Uninitialized);
         listener.readDatagram(datagram.data(), datagram.size());
-        QCOMPARE(datagram, QByteArray("Bench mill,127.0.0.1,") + port + ",1");
-        sim.kill();
-        sim.waitForFinished(3000);
+        QCOMPARE(datagram, "Bench mill,127.0.0.1," + QByteArray::number(port) + ",1");
     }
 
     void refusesNamesThatLeaveTheFolder_data() {
@@ -118,10 +80,8 @@ private Q_SLOTS:
     void refusesNamesThatLeaveTheFolder() {
         QFETCH(QByteArray, command);
         SimProcess sim;
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
         RawClient client;
-        QVERIFY(client.connectTo(port));
+        QVERIFY(client.connectTo(sim));
         client.send(MakeraPacketType::FileStart, command);
         const auto answer = client.next();
         QVERIFY(answer);
@@ -132,30 +92,37 @@ private Q_SLOTS:
             QStringList{QStringLiteral("packets.log")});
     }
 
+    // The client's opening and reply agree, but the chunk that follows is not what they name.
     void refusesAFileWhoseDigestDiffers() {
         SimProcess sim;
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
         RawClient client;
-        QVERIFY(client.connectTo(port));
-        const QByteArray content(10000, 'y');
-        const QByteArray wrong = md5Of("something else");
+        QVERIFY(client.connectTo(sim));
+        const QByteArray wrong =
+            QCryptographicHash::hash("something else", QCryptographicHash::Md5).toHex();
         client.send(MakeraPacketType::FileStart, "upload /sd/gcodes/y.nc\n");
         client.send(MakeraPacketType::FileMD5, wrong);
-        const auto last = serve(client, content, wrong);
+        const QList<MakeraPacket> replies{
+            {MakeraPacketType::FileMD5, wrong},
+            {MakeraPacketType::FileView, number(1) + QByteArray::fromHex("2000")},
+            {MakeraPacketType::FileData, number(1) + "G0 Y1\n"}};
+        for (const MakeraPacket& reply : replies) {
+            const auto request = client.next();
+            QVERIFY(request);
+            QCOMPARE(request->type, reply.type);
+            client.send(reply.type, reply.payload);
+        }
+        const auto last = client.next();
         QVERIFY(last);
         QCOMPARE(last->type, MakeraPacketType::FileCancel);
         QVERIFY(sim.storedNames().isEmpty());
-        // The chunks it had written as they came are gone too.
-        QVERIFY(QDir(sim.store().filePath(QStringLiteral("partial"))).isEmpty());
+        // The chunk it had written as it came is gone too.
+        QVERIFY(QDir(sim.store().filePath(u"partial"_s)).isEmpty());
     }
 
     void ignoresPacketsThatAreNoPartOfAnUpload() {
-        SimProcess sim({QStringLiteral("--ftype"), QStringLiteral("t")});
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
+        SimProcess sim({u"--ftype"_s, u"t"_s});
         RawClient client;
-        QVERIFY(client.connectTo(port));
+        QVERIFY(client.connectTo(sim));
         client.send(MakeraPacketType::ControlSingle, "~");
         client.send(MakeraPacketType::ControlMulti, "play /sd/gcodes/x.nc");
         client.send(MakeraPacketType::FileData, number(1));
@@ -166,8 +133,7 @@ private Q_SLOTS:
         QVERIFY(report);
         QCOMPARE(report->payload, QByteArray("ftype = t\n"));
         QCOMPARE(sim.loggedTypes(),
-                 (QStringList{QStringLiteral("controlSingle"), QStringLiteral("controlMulti"),
-                              QStringLiteral("fileData"), QStringLiteral("controlMulti")}));
+                 u"controlSingle controlMulti fileData controlMulti"_s.split(u' '));
     }
 };
 
