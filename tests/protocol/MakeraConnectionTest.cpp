@@ -78,7 +78,11 @@ private:
     }
 
 private Q_SLOTS:
-    void init() { QVERIFY(m_server.listen(QHostAddress::LocalHost, 0)); }
+    // Every test starts with an open connection; those about connecting make their own.
+    void init() {
+        QVERIFY(m_server.listen(QHostAddress::LocalHost, 0));
+        QVERIFY(openConnection());
+    }
     void cleanup() {
         m_connection.reset();
         delete std::exchange(m_peer, nullptr);
@@ -92,7 +96,6 @@ private Q_SLOTS:
     }
 
     void sendWritesWholeFramesAndNothingOversized() {
-        QVERIFY(openConnection());
         QCOMPARE(m_connection->send({MakeraPacketType::FileData, QByteArray(8198, 'x')}),
                  Error(MakeraPacketError::oversized(8201)));
         QCOMPARE(m_connection->send({MakeraPacketType::FileCancel, {}}), std::nullopt);
@@ -102,7 +105,6 @@ private Q_SLOTS:
     }
 
     void packetsComeInOrderAndOutliveATimeOut() {
-        QVERIFY(openConnection());
         QVERIFY(read(100ms));
         const MakeraPacket view{MakeraPacketType::FileView, QByteArray(1, 0)};
         QVERIFY(peerSends(view.encoded().value() + endFrame)); // one read, nobody waiting
@@ -114,7 +116,6 @@ private Q_SLOTS:
     }
 
     void readErrorWhileNobodyWaitsComesAfterQueuedPackets() {
-        QVERIFY(openConnection());
         QVERIFY(peerSends(endFrame));
         auto* socket = m_connection->findChild<QTcpSocket*>();
         Q_EMIT socket->errorOccurred(QAbstractSocket::NetworkError);
@@ -136,7 +137,6 @@ private Q_SLOTS:
     void thePeersEndIsReportedAsItHappened() {
         QFETCH(bool, reset);
         QFETCH(bool, packetFirst);
-        QVERIFY(openConnection());
         if (packetFirst)
             QVERIFY(peerSends(endFrame));
         reset ? resetConnection(*m_peer) : m_peer->disconnectFromHost();
@@ -164,7 +164,6 @@ private Q_SLOTS:
     }
     void cancelOrCloseFailsAWaitingReader() {
         QFETCH(bool, closing);
-        QVERIFY(openConnection());
         m_connection->nextPacket(60s);
         closing ? m_connection->close() : m_connection->cancel();
         QTRY_COMPARE(m_outcomes.size(), 1);

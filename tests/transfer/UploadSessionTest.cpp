@@ -106,9 +106,8 @@ private Q_SLOTS:
 
         QCOMPARE(session.receive(chunkRequest(0)).error(),
                  outside("Requested chunk 0 is outside 1...3."));
-        QCOMPARE(session.receive(chunkRequest(4)).error().description(),
-                 QStringLiteral("The machine returned an invalid response: Requested chunk 4 is "
-                                "outside 1...3."));
+        QCOMPARE(session.receive(chunkRequest(4)).error(),
+                 outside("Requested chunk 4 is outside 1...3."));
         QCOMPARE(session.receive(chunkRequest(0xFFFFFFFF)).error(),
                  outside("Requested chunk 4294967295 is outside 1...3."));
         for (const QByteArray& shortPayload :

@@ -53,9 +53,6 @@ private Q_SLOTS:
         QVERIFY(!command.ok());
         QCOMPARE(command.error(), Error(UploadError::rejected(
                                       QStringLiteral("The filename contains a path separator."))));
-        QCOMPARE(command.error().description(),
-                 QStringLiteral("The machine rejected the upload: The filename contains a path "
-                                "separator."));
     }
 
     void fileTypeReport_data() {
