@@ -53,15 +53,6 @@ private:
                 [this](const Error& error) { m_outcomes.append(error); });
     }
 
-    bool openConnection() {
-        create(m_server.serverPort());
-        QSignalSpy ready(m_connection.get(), &MakeraConnection::connected);
-        m_connection->connect(5s);
-        return ready.isEmpty() && ready.wait(5000) &&
-               QTest::qWaitFor([this] { return (m_peer = m_server.nextPendingConnection()); },
-                               5000);
-    }
-
     // Asks for the next packet and waits for its outcome, which never comes from the call itself.
     bool read(std::chrono::milliseconds timeout) {
         const qsizetype before = m_outcomes.size();
@@ -81,7 +72,12 @@ private Q_SLOTS:
     // Every test starts with an open connection; those about connecting make their own.
     void init() {
         QVERIFY(m_server.listen(QHostAddress::LocalHost, 0));
-        QVERIFY(openConnection());
+        create(m_server.serverPort());
+        QSignalSpy ready(m_connection.get(), &MakeraConnection::connected);
+        m_connection->connect(5s);
+        QVERIFY(ready.isEmpty() && ready.wait(5000));
+        QVERIFY(
+            QTest::qWaitFor([this] { return (m_peer = m_server.nextPendingConnection()); }, 5000));
     }
     void cleanup() {
         m_connection.reset();
