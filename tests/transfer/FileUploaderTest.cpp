@@ -101,9 +101,6 @@ struct SimUpload {
     std::optional<Error> error;
 };
 
-const Error machineCancelled =
-    UploadError::rejected(QStringLiteral("The machine cancelled the transfer."));
-
 // The log line of a transfer that ended waiting for the machine; without an error, its start.
 QString waitEnded(const std::optional<Error>& error = {}) {
     return u"Transfer ended waiting for the machine: "_s + (error ? error->description() : u""_s);
@@ -122,23 +119,14 @@ enum class Act {
 
 bool perform(Act act, SimUpload& upload, qsizetype size) {
     QFile file(upload.dir.filePath(u"part.nc"_s));
-    switch (act) {
-    case Act::None:
-        return true;
-    case Act::Truncate:
-        return file.resize(size / 3);
-    case Act::Grow:
-        return file.open(QIODevice::Append) && file.write("G0\n") == 3;
-    case Act::Rewrite:
-        return file.open(QIODevice::ReadWrite) && file.write(patterned(size, 2)) == size;
-    case Act::Delete:
-        return file.remove();
-    case Act::Cancel:
-    case Act::CancelWhileProbing:
+    if (act == Act::Cancel || act == Act::CancelWhileProbing)
         upload.uploader.cancel();
-        return true;
-    }
-    return false;
+    return act == Act::Truncate ? file.resize(size / 3)
+           : act == Act::Grow   ? file.open(QIODevice::Append) && file.write("G0\n") == 3
+           : act == Act::Rewrite
+               ? file.open(QIODevice::ReadWrite) && file.write(patterned(size, 2)) == size
+           : act == Act::Delete ? file.remove()
+                                : true;
 }
 
 // Platform errors are compared by what they are, never by the system's wording.
@@ -237,7 +225,8 @@ private Q_SLOTS:
                            "before sending it again."));
         const Error closed =
             UploadError::invalidResponse(QStringLiteral("The machine closed the connection."));
-        row("machine cancels", "--ftype x --cancel-after 1", Act::None, machineCancelled, false,
+        row("machine cancels", "--ftype x --cancel-after 1", Act::None,
+            UploadError::rejected(u"The machine cancelled the transfer."_s), false,
             QStringLiteral("Machine cancelled after 8192 bytes"));
         row("silent after the last chunk", "--ftype x --silent-after 100", Act::None,
             wholeFileMaybe, true, waitEnded(wholeFileMaybe));
