@@ -52,7 +52,8 @@ public:
             return {};
         return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
-    // Field `first` to `last` of each logged line: 0 to 0 the type, 0 to 1 also the size.
+    // Field `first` to `last` of each logged line: 0 to 0 the type, 0 to 1 also the size, 2 to 2
+    // the arrival in microseconds on the simulator's monotonic clock.
     QStringList loggedFields(int first, int last) const {
         QStringList fields;
         for (const QString& line : loggedLines())
@@ -61,13 +62,6 @@ public:
     }
     QStringList loggedPackets() const { return loggedFields(0, 1); }
     QStringList loggedTypes() const { return loggedFields(0, 0); }
-    // When each packet arrived, in microseconds on the simulator's monotonic clock.
-    QList<qint64> loggedArrivalsUs() const {
-        QList<qint64> arrivals;
-        for (const QString& field : loggedFields(2, 2))
-            arrivals.append(field.toLongLong());
-        return arrivals;
-    }
     QByteArray stored(const QString& name) const {
         QFile file(m_store.filePath(QStringLiteral("gcodes/") + name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

@@ -1,6 +1,6 @@
 #include "app/AppModel.h"
 #include "protocol/MakeraConnection.h"
-#include "support/FakeServices.h"
+#include "support/ModelHarness.h"
 #include "support/SimProcess.h"
 #include "support/TestFiles.h"
 #include "transfer/MakeraFileUploader.h"
@@ -302,12 +302,13 @@ private Q_SLOTS:
             QElapsedTimer silence;
             silence.start();
             QVERIFY(upload.waitUntilEnded(15000));
-            const QList<qint64> at = upload.sim.loggedArrivalsUs();
+            const QStringList at = upload.sim.loggedFields(2, 2);
+            const auto gapUs = [&](int i) { return at[i + 1].toLongLong() - at[i].toLongLong(); };
             QCOMPARE(upload.sim.loggedTypes().mid(0, 3), args("controlMulti fileStart fileMD5"));
-            const qint64 probed = (at[1] - at[0]) / 1000;
+            const qint64 probed = gapUs(0) / 1000;
             QVERIFY2(chatter ? probed >= 1800 && probed < 3000 : probed >= 300 && probed < 1500,
                      qPrintable(QString::number(probed)));
-            QVERIFY2(at[2] - at[1] >= 150000, qPrintable(QString::number(at[2] - at[1])));
+            QVERIFY2(gapUs(1) >= 150000, qPrintable(QString::number(gapUs(1))));
             if (!chatter) {
                 QVERIFY(upload.finished);
                 continue;
@@ -390,16 +391,11 @@ private Q_SLOTS:
         SimProcess sim(args("--ftype x"));
         const quint16 port = sim.waitUntilListening();
         QVERIFY(port != 0);
-        QTemporaryDir dir;
-        AppModel model(std::make_unique<FakeDiscoverer>(), std::make_unique<FakeConnector>(),
-                       MakeraFileUploader::factory(),
-                       std::make_unique<AppPersistence>(temporaryStore(dir)));
-        QVERIFY(!model.addManualMachine(QStringLiteral("127.0.0.1"), port));
+        ModelHarness h(std::nullopt, MakeraFileUploader::factory());
+        AppModel& model = *h.model;
+        QVERIFY(!model.addManualMachine(u"127.0.0.1"_s, port));
         // Sparse where the file system allows: long to hash, cheap to make.
-        QFile large(dir.filePath(QStringLiteral("large.nc")));
-        QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(qint64(2) << 30));
-        large.close();
-        model.chooseFile(JobFile::fromUrl(QUrl::fromLocalFile(large.fileName())).value());
+        model.chooseFile(h.jobFile(u"large.nc"_s, qint64(2) << 30));
 
         model.upload(false);
         QTRY_VERIFY_WITH_TIMEOUT(model.checkingFraction().has_value(), 10000);
@@ -413,7 +409,7 @@ private Q_SLOTS:
         QCOMPARE(sim.loggedPackets(), QStringList());
 
         const QByteArray content = patterned(30000);
-        model.chooseFile(jobFile(dir, QStringLiteral("model part.nc"), content));
+        model.chooseFile(jobFile(h.dir, QStringLiteral("model part.nc"), content));
         model.upload(false);
         QTRY_VERIFY_WITH_TIMEOUT(!model.isUploading(), 15000);
         QCOMPARE(model.errorMessage(), std::nullopt);
