@@ -5,7 +5,6 @@
 #include <QTcpSocket>
 #include <QTest>
 #include <QUdpSocket>
-#include <QtEndian>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -46,12 +45,6 @@ private:
     QTcpSocket m_socket;
     MakeraFrameParser m_parser;
 };
-
-QByteArray number(quint32 value) {
-    QByteArray bytes(4, Qt::Uninitialized);
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
 
 } // namespace
 
@@ -105,8 +98,8 @@ private Q_SLOTS:
         client.send(MakeraPacketType::FileMD5, wrong);
         const QList<MakeraPacket> replies{
             {MakeraPacketType::FileMD5, wrong},
-            {MakeraPacketType::FileView, number(1) + QByteArray::fromHex("2000")},
-            {MakeraPacketType::FileData, number(1) + "G0 Y1\n"}};
+            {MakeraPacketType::FileView, QByteArray::fromHex("000000012000")},
+            {MakeraPacketType::FileData, QByteArray::fromHex("00000001") + "G0 Y1\n"}};
         for (const MakeraPacket& reply : replies) {
             QCOMPARE(client.nextType(), reply.type);
             client.send(reply.type, reply.payload);
@@ -123,7 +116,7 @@ private Q_SLOTS:
         QVERIFY(client.connectTo(sim));
         client.send(MakeraPacketType::ControlSingle, "~");
         client.send(MakeraPacketType::ControlMulti, "play /sd/gcodes/x.nc");
-        client.send(MakeraPacketType::FileData, number(1));
+        client.send(MakeraPacketType::FileData, QByteArray::fromHex("00000001"));
         QVERIFY(!client.next(500));
         // Still answering afterwards.
         client.send(MakeraPacketType::ControlMulti, "ftype");

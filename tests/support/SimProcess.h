@@ -28,10 +28,8 @@ public:
         m_process.start();
     }
     ~SimProcess() {
-        if (m_process.state() != QProcess::NotRunning) {
-            m_process.kill();
-            m_process.waitForFinished(5000);
-        }
+        m_process.kill();
+        m_process.waitForFinished(5000);
     }
 
     // Waits (bounded) for the one line that says where it listens; 0 when it never came.
@@ -40,9 +38,7 @@ public:
         for (int attempt = 0; attempt < 100 && !m_process.canReadLine(); ++attempt)
             m_process.waitForReadyRead(100);
         const QByteArray line = m_process.readLine().trimmed();
-        if (!line.startsWith(prefix))
-            return 0;
-        return quint16(line.mid(prefix.size()).toUInt());
+        return line.startsWith(prefix) ? quint16(line.mid(prefix.size()).toUInt()) : 0;
     }
 
     // "TYPE PAYLOAD-BYTES ARRIVAL-US" per packet received, e.g. "fileStart 26 1520".

@@ -251,11 +251,9 @@ private Q_SLOTS:
         QFETCH(QStringList, simArguments);
         QFETCH(Act, act);
         QFETCH(Error, error);
-        UploadTimings timings = quickTimings();
-        // Longer than the bound on the end below: only a cancel that wakes the probe meets it.
-        timings.probePacket = 8000ms;
-        timings.probeOverall = 8000ms;
-        SimUpload upload(simArguments, timings);
+        // Quick timings, but a probe longer than the bound on the end below: only a cancel that
+        // wakes the probe meets it.
+        SimUpload upload(simArguments, {3000ms, 8000ms, 8000ms, 10ms, 1500ms, 50ms});
         QFETCH(QString, logged);
         if (!logged.isEmpty())
             QTest::ignoreMessage(QtCriticalMsg,
