@@ -53,15 +53,6 @@ private:
                 [this](const Error& error) { m_outcomes.append(error); });
     }
 
-    bool openConnection() {
-        create(m_server.serverPort());
-        QSignalSpy ready(m_connection.get(), &MakeraConnection::connected);
-        m_connection->connect(5s);
-        return ready.isEmpty() && ready.wait(5000) &&
-               QTest::qWaitFor([this] { return (m_peer = m_server.nextPendingConnection()); },
-                               5000);
-    }
-
     // Asks for the next packet and waits for its outcome, which never comes from the call itself.
     bool read(std::chrono::milliseconds timeout) {
         const qsizetype before = m_outcomes.size();
@@ -78,7 +69,16 @@ private:
     }
 
 private Q_SLOTS:
-    void init() { QVERIFY(m_server.listen(QHostAddress::LocalHost, 0)); }
+    // Every test starts with an open connection; those about connecting make their own.
+    void init() {
+        QVERIFY(m_server.listen(QHostAddress::LocalHost, 0));
+        create(m_server.serverPort());
+        QSignalSpy ready(m_connection.get(), &MakeraConnection::connected);
+        m_connection->connect(5s);
+        QVERIFY(ready.isEmpty() && ready.wait(5000));
+        QVERIFY(
+            QTest::qWaitFor([this] { return (m_peer = m_server.nextPendingConnection()); }, 5000));
+    }
     void cleanup() {
         m_connection.reset();
         delete std::exchange(m_peer, nullptr);
@@ -92,7 +92,6 @@ private Q_SLOTS:
     }
 
     void sendWritesWholeFramesAndNothingOversized() {
-        QVERIFY(openConnection());
         QCOMPARE(m_connection->send({MakeraPacketType::FileData, QByteArray(8198, 'x')}),
                  Error(MakeraPacketError::oversized(8201)));
         QCOMPARE(m_connection->send({MakeraPacketType::FileCancel, {}}), std::nullopt);
@@ -102,7 +101,6 @@ private Q_SLOTS:
     }
 
     void packetsComeInOrderAndOutliveATimeOut() {
-        QVERIFY(openConnection());
         QVERIFY(read(100ms));
         const MakeraPacket view{MakeraPacketType::FileView, QByteArray(1, 0)};
         QVERIFY(peerSends(view.encoded().value() + endFrame)); // one read, nobody waiting
@@ -114,7 +112,6 @@ private Q_SLOTS:
     }
 
     void readErrorWhileNobodyWaitsComesAfterQueuedPackets() {
-        QVERIFY(openConnection());
         QVERIFY(peerSends(endFrame));
         auto* socket = m_connection->findChild<QTcpSocket*>();
         Q_EMIT socket->errorOccurred(QAbstractSocket::NetworkError);
@@ -136,7 +133,6 @@ private Q_SLOTS:
     void thePeersEndIsReportedAsItHappened() {
         QFETCH(bool, reset);
         QFETCH(bool, packetFirst);
-        QVERIFY(openConnection());
         if (packetFirst)
             QVERIFY(peerSends(endFrame));
         reset ? resetConnection(*m_peer) : m_peer->disconnectFromHost();
@@ -164,7 +160,6 @@ private Q_SLOTS:
     }
     void cancelOrCloseFailsAWaitingReader() {
         QFETCH(bool, closing);
-        QVERIFY(openConnection());
         m_connection->nextPacket(60s);
         closing ? m_connection->close() : m_connection->cancel();
         QTRY_COMPARE(m_outcomes.size(), 1);

@@ -5,19 +5,20 @@
 #include <QTcpSocket>
 #include <QTest>
 #include <QUdpSocket>
-#include <QtEndian>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // A hand-driven controller client: sends packets, waits (bounded) for the next one.
 class RawClient {
 public:
-    bool connectTo(quint16 port) {
+    bool connectTo(SimProcess& sim) {
+        const quint16 port = sim.waitUntilListening();
         m_socket.connectToHost(QHostAddress::LocalHost, port);
-        return m_socket.waitForConnected(5000);
+        return port != 0 && m_socket.waitForConnected(5000);
     }
     void send(MakeraPacketType type, const QByteArray& payload = {}) {
         m_socket.write(MakeraPacket{type, payload}.encoded().value());
@@ -35,47 +36,15 @@ public:
         }
         return std::nullopt;
     }
+    std::optional<MakeraPacketType> nextType() {
+        const std::optional<MakeraPacket> packet = next();
+        return packet ? std::optional(packet->type) : std::nullopt;
+    }
 
 private:
     QTcpSocket m_socket;
     MakeraFrameParser m_parser;
 };
-
-QByteArray number(quint32 value) {
-    QByteArray bytes(4, Qt::Uninitialized);
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
-// Answers the simulator's requests for `content` until it ends or cancels; returns the last
-// packet (fileEnd or fileCancel), or none when it stopped talking.
-std::optional<MakeraPacket> serve(RawClient& client, const QByteArray& content,
-                                  const QByteArray& md5) {
-    const qint64 count = (content.size() + 8191) / 8192;
-    while (std::optional<MakeraPacket> request = client.next()) {
-        switch (request->type) {
-        case MakeraPacketType::FileMD5:
-            client.send(MakeraPacketType::FileMD5, md5);
-            break;
-        case MakeraPacketType::FileView:
-            client.send(MakeraPacketType::FileView,
-                        number(quint32(count)) + QByteArray::fromHex("2000"));
-            break;
-        case MakeraPacketType::FileData: {
-            const quint32 n = qFromBigEndian<quint32>(request->payload.constData());
-            client.send(MakeraPacketType::FileData, number(n) + content.mid((n - 1) * 8192, 8192));
-            break;
-        }
-        default:
-            return request;
-        }
-    }
-    return std::nullopt;
-}
-
-QByteArray md5Of(const QByteArray& bytes) {
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
-}
 
 } // namespace
 
@@ -86,25 +55,15 @@ private Q_SLOTS:
     void announcesItselfOnTheGivenAddress() {
         QUdpSocket listener;
         QVERIFY(listener.bind(QHostAddress::LocalHost, 0));
-        QProcess sim;
-        sim.start(binaryPath(QStringLiteral("tarnwick-sim")),
-                  {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
-                   QStringLiteral("--announce-to"),
-                   QStringLiteral("127.0.0.1:%1").arg(listener.localPort()),
-                   QStringLiteral("--name"), QStringLiteral("Bench mill"),
-                   QStringLiteral("--busy")});
-        QVERIFY(sim.waitForReadyRead(5000));
-        const QByteArray line = sim.readLine();
-        QVERIFY(line.startsWith("listening on 127.0.0.1:"));
-        const QByteArray port = line.trimmed().mid(23);
-        QVERIFY(port.toUInt() > 0);
+        SimProcess sim({u"--announce-to"_s, u"127.0.0.1:%1"_s.arg(listener.localPort()),
+                        u"--name"_s, u"Bench mill"_s, u"--busy"_s});
+        const quint16 port = sim.waitUntilListening();
+        QVERIFY(port != 0);
 
         QTRY_VERIFY_WITH_TIMEOUT(listener.hasPendingDatagrams(), 3000);
         QByteArray datagram(int(listener.pendingDatagramSize()), Qt::Uninitialized);
         listener.readDatagram(datagram.data(), datagram.size());
-        QCOMPARE(datagram, QByteArray("Bench mill,127.0.0.1,") + port + ",1");
-        sim.kill();
-        sim.waitForFinished(3000);
+        QCOMPARE(datagram, "Bench mill,127.0.0.1," + QByteArray::number(port) + ",1");
     }
 
     void refusesNamesThatLeaveTheFolder_data() {
@@ -118,47 +77,46 @@ private Q_SLOTS:
     void refusesNamesThatLeaveTheFolder() {
         QFETCH(QByteArray, command);
         SimProcess sim;
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
         RawClient client;
-        QVERIFY(client.connectTo(port));
+        QVERIFY(client.connectTo(sim));
         client.send(MakeraPacketType::FileStart, command);
-        const auto answer = client.next();
-        QVERIFY(answer);
-        QCOMPARE(answer->type, MakeraPacketType::FileCancel);
-        QVERIFY(sim.storedNames().isEmpty());
+        QCOMPARE(client.nextType(), MakeraPacketType::FileCancel);
+        // Nothing written at all, inside the folder or outside it.
         QCOMPARE(
             QDir(sim.store().path()).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot),
             QStringList{QStringLiteral("packets.log")});
     }
 
+    // The client's opening and reply agree, but the chunk that follows is not what they name.
     void refusesAFileWhoseDigestDiffers() {
         SimProcess sim;
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
         RawClient client;
-        QVERIFY(client.connectTo(port));
-        const QByteArray content(10000, 'y');
-        const QByteArray wrong = md5Of("something else");
+        QVERIFY(client.connectTo(sim));
+        const QByteArray wrong =
+            QCryptographicHash::hash("something else", QCryptographicHash::Md5).toHex();
         client.send(MakeraPacketType::FileStart, "upload /sd/gcodes/y.nc\n");
         client.send(MakeraPacketType::FileMD5, wrong);
-        const auto last = serve(client, content, wrong);
-        QVERIFY(last);
-        QCOMPARE(last->type, MakeraPacketType::FileCancel);
+        const QList<MakeraPacket> replies{
+            {MakeraPacketType::FileMD5, wrong},
+            {MakeraPacketType::FileView, QByteArray::fromHex("000000012000")},
+            {MakeraPacketType::FileData, QByteArray::fromHex("00000001") + "G0 Y1\n"}};
+        for (const MakeraPacket& reply : replies) {
+            QCOMPARE(client.nextType(), reply.type);
+            client.send(reply.type, reply.payload);
+        }
+        QCOMPARE(client.nextType(), MakeraPacketType::FileCancel);
         QVERIFY(sim.storedNames().isEmpty());
-        // The chunks it had written as they came are gone too.
-        QVERIFY(QDir(sim.store().filePath(QStringLiteral("partial"))).isEmpty());
+        // The chunk it had written as it came is gone too.
+        QVERIFY(QDir(sim.store().filePath(u"partial"_s)).isEmpty());
     }
 
     void ignoresPacketsThatAreNoPartOfAnUpload() {
-        SimProcess sim({QStringLiteral("--ftype"), QStringLiteral("t")});
-        const quint16 port = sim.waitUntilListening();
-        QVERIFY(port != 0);
+        SimProcess sim({u"--ftype"_s, u"t"_s});
         RawClient client;
-        QVERIFY(client.connectTo(port));
+        QVERIFY(client.connectTo(sim));
         client.send(MakeraPacketType::ControlSingle, "~");
         client.send(MakeraPacketType::ControlMulti, "play /sd/gcodes/x.nc");
-        client.send(MakeraPacketType::FileData, number(1));
+        client.send(MakeraPacketType::FileData, QByteArray::fromHex("00000001"));
         QVERIFY(!client.next(500));
         // Still answering afterwards.
         client.send(MakeraPacketType::ControlMulti, "ftype");
@@ -166,8 +124,7 @@ private Q_SLOTS:
         QVERIFY(report);
         QCOMPARE(report->payload, QByteArray("ftype = t\n"));
         QCOMPARE(sim.loggedTypes(),
-                 (QStringList{QStringLiteral("controlSingle"), QStringLiteral("controlMulti"),
-                              QStringLiteral("fileData"), QStringLiteral("controlMulti")}));
+                 u"controlSingle controlMulti fileData controlMulti"_s.split(u' '));
     }
 };
 

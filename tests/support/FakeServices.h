@@ -20,7 +20,12 @@ public:
 
 class FakeDiscoverer : public MachineDiscovering {
 public:
-    MachineScan* discover(std::chrono::milliseconds duration, QObject* parent) override;
+    MachineScan* discover(std::chrono::milliseconds duration, QObject* parent) override {
+        auto* scan = new FakeScan(parent);
+        scans.append(scan);
+        durations.append(duration);
+        return scan;
+    }
 
     QList<QPointer<FakeScan>> scans;
     QList<std::chrono::milliseconds> durations;
@@ -40,7 +45,11 @@ public:
 
 class FakeConnector : public MachineConnecting {
 public:
-    ConnectionCheck* checkConnection(const Machine& machine, QObject* parent) override;
+    ConnectionCheck* checkConnection(const Machine& machine, QObject* parent) override {
+        auto* check = new FakeCheck(machine, parent);
+        checks.append(check);
+        return check;
+    }
 
     QList<QPointer<FakeCheck>> checks;
 };
@@ -50,9 +59,12 @@ class FakeUploader : public FileUploading {
 
 public:
     using FileUploading::FileUploading;
-    ~FakeUploader() override;
+    ~FakeUploader() override { ++destroyed; }
 
-    void upload(const JobFile& file, const Machine& machine) override;
+    void upload(const JobFile& chosen, const Machine& target) override {
+        file = chosen;
+        machine = target;
+    }
     void cancel() override { ++cancelCalls; }
 
     std::optional<JobFile> file;
@@ -64,7 +76,13 @@ public:
 
 // A factory that hands out FakeUploaders and keeps a pointer to each.
 struct FakeUploaderFactory {
-    UploaderFactory factory();
+    UploaderFactory factory() {
+        return [this] {
+            auto uploader = std::make_unique<FakeUploader>();
+            made.append(uploader.get());
+            return std::unique_ptr<FileUploading>(std::move(uploader));
+        };
+    }
     FakeUploader* last() const { return made.isEmpty() ? nullptr : made.last().data(); }
 
     QList<QPointer<FakeUploader>> made;

@@ -11,10 +11,12 @@
 namespace tarnwick::testing {
 
 // A model over fake services and a store in a temporary folder; the store may hold a selection
-// from an earlier run.
+// from an earlier run. Given real uploaders, the model sends through them instead of fakes.
 class ModelHarness {
 public:
-    explicit ModelHarness(const std::optional<Machine>& storedSelection = std::nullopt) {
+    explicit ModelHarness(const std::optional<Machine>& storedSelection = std::nullopt,
+                          UploaderFactory realUploaders = {})
+        : m_realUploaders(std::move(realUploaders)) {
         AppPersistence(temporaryStore(dir)).setSelectedMachine(storedSelection);
         restart();
     }
@@ -29,7 +31,7 @@ public:
         discoverer = fakeDiscoverer.get();
         connector = fakeConnector.get();
         model = std::make_unique<AppModel>(std::move(fakeDiscoverer), std::move(fakeConnector),
-                                           uploaders.factory(),
+                                           m_realUploaders ? m_realUploaders : uploaders.factory(),
                                            std::make_unique<AppPersistence>(temporaryStore(dir)));
     }
 
@@ -53,6 +55,9 @@ public:
     FakeConnector* connector = nullptr;
     FakeUploaderFactory uploaders;
     std::unique_ptr<AppModel> model;
+
+private:
+    const UploaderFactory m_realUploaders;
 };
 
 } // namespace tarnwick::testing
