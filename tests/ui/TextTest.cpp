@@ -81,22 +81,13 @@ private Q_SLOTS:
         QCOMPARE(machineSubtitle(machine), u"Model unknown \u00B7 10.0.0.5:80"_s);
     }
 
+    // The port rule itself is the discovery port's; the field adds 0 and the usual port.
     void manualPortRules() {
         // The text, whether "Add" takes it, and the port used for it.
-        const std::tuple<QString, bool, int> cases[] = {
-            {u"2222"_s, true, 2222},
-            {u"0"_s, true, 0},
-            {u"65535"_s, true, 65535},
-            {u"+80"_s, true, 80},
-            {u"0080"_s, true, 80},
-            {QString(), false, 2222},
-            {u"70000"_s, false, 2222},
-            {u"12a"_s, false, 2222},
-            {u"-1"_s, false, 2222},
-            {u"+"_s, false, 2222},
-            {u" 80"_s, false, 2222},
-            {u"\u0662\u0662"_s, false, 2222},
-            {u"99999999999999999999999"_s, false, 2222}};
+        const std::tuple<QString, bool, int> cases[] = {{u"+0080"_s, true, 80},
+                                                        {u"000"_s, true, 0},
+                                                        {QString(), false, 2222},
+                                                        {u"70000"_s, false, 2222}};
         for (const auto& [text, accepted, port] : cases) {
             QVERIFY2(canAddManualMachine(u"10.0.0.5"_s, text) == accepted, qPrintable(text));
             QCOMPARE(int(portForManualEntry(text)), port);
