@@ -64,11 +64,16 @@ private Q_SLOTS:
         QCOMPARE(names(model->machines()),
                  QStringList({u"zulu busy"_s, u"beta discovered"_s, u"gamma discovered"_s,
                               u"Manual machine connecting"_s}));
+        // The next new machine sorts the whole list again, the renamed one included.
+        announce(u"delta"_s, u"10.0.0.4"_s);
+        QCOMPARE(names(model->machines()),
+                 QStringList({u"beta discovered"_s, u"delta discovered"_s, u"gamma discovered"_s,
+                              u"Manual machine connecting"_s, u"zulu busy"_s}));
         Q_EMIT h->discoverer->scans.last()->finished();
         QCOMPARE(discovering.count(), 2);
 
         // Only the selection survives into the next scan; its re-announcement keeps the selection.
-        model->selectMachine(model->machines().at(1));
+        model->selectMachine(model->machines().at(0));
         model->discover();
         announce(u"Renamed"_s, u"10.0.0.2"_s);
         QCOMPARE(names(model->machines()), QStringList{u"Renamed discovered"_s});
@@ -166,7 +171,7 @@ private Q_SLOTS:
         AppModel* model = h->model.get();
         model->chooseFile(file);
         model->prepareUpload();
-        QVERIFY(!model->showConfirmation());
+        QVERIFY(!model->showConfirmation() && !model->isRecentDuplicate());
         model->addManualMachine(u"127.0.0.1"_s, 2222);
         model->persistence().recordUpload({u"127.0.0.1:2222"_s, file.id(), file.size, m_now});
         model->prepareUpload();
@@ -245,6 +250,8 @@ private Q_SLOTS:
             model->cancelUpload();
             QCOMPARE(h->uploaders.last()->cancelCalls, 1);
             Q_EMIT h->uploaders.last()->failed(row.error);
+            // Only a failure that was not a cancel puts the machine's reachability in doubt.
+            QCOMPARE(h->connector->checks.size(), row.cancelledValue ? 1 : 2);
             QCOMPARE(model->errorMessage(),
                      row.shown ? std::optional(row.error.description()) : std::nullopt);
             const TransferProgress cancelled{Phase::Cancelled, row.sent, 20000, 0};

@@ -158,6 +158,9 @@ private Q_SLOTS:
         cliRow("refused", u"check "_s + at(closed.serverPort()), 1, {},
                u"Connection check failed: Connection refused\n"_s);
         cliRow("port 0", u"check 1.2.3.4:0"_s, 2, {}, u"Enter a valid IPv4 address and port.\n"_s);
+        cliRow(
+            "feed not http", u"check-update --feed-url ftp://127.0.0.1/v.json"_s, 2, {},
+            u"tarnwick-cli check-update: 'ftp://127.0.0.1/v.json' is not an http or https URL\n"_s);
 
         const QString job = writeFile(dir, u"job.nc"_s,
                                       "G20 T3 M6 S8000 M3\nG0 X0 Y0 Z0.5\nG1 Z-0.1 F10\n"
@@ -170,6 +173,12 @@ private Q_SLOTS:
                uR"("partial":false,"rapid":{"max":[0,0,12.7],"min":[0,0,12.7]},)"
                uR"("spindle":{"max":8000,"min":8000},"tools":[3],"units":"inch","warnings":[]})"
                u"\n"_s);
+        cliRow("inspect text", u"inspect "_s + job, 0,
+               job + u"\nLines: 5, moves: 3, units: inch\nCutting: 50.800 × 50.800 × 15.240 mm "
+                     u"(X -25.400 to 25.400, Y 0.000 to 50.800, Z -2.540 to 12.700)\nRapid: "
+                     u"0.000 × 0.000 × 0.000 mm (X 0.000 to 0.000, Y 0.000 to 0.000, Z 12.700 to "
+                     u"12.700)\nTools: T3\nSpindle: 8,000 to 8,000 rpm\nFeed: 254 to 254 mm/min\n"
+                     u"Time: about 0.5 min\n"_s);
         cliRow(
             "inspect empty",
             u"inspect "_s + writeFile(dir, u"empty.gcode"_s, {}).toLocalFile() + u" --json"_s, 0,
