@@ -32,11 +32,4 @@ Result<QByteArray> uploadCommand(const QString& name) {
     return QByteArray(QByteArray("upload ") + destinationFolder + escaped.toUtf8() + '\n');
 }
 
-QString unescape(const QString& escapedName) {
-    QString name = escapedName;
-    for (const auto& [plain, control] : escapes)
-        name.replace(QChar(control), QChar(plain));
-    return name;
-}
-
 } // namespace tarnwick::MakeraFilename

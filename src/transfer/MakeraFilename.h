@@ -16,9 +16,6 @@ inline constexpr char destinationFolder[] = "/sd/gcodes/";
 // leave the folder: one holding a slash or backslash, or exactly "." or "..".
 Result<QByteArray> uploadCommand(const QString& name);
 
-// The name as the machine stores it, for a command's escaped name: the inverse of the escaping.
-QString unescape(const QString& escapedName);
-
 } // namespace MakeraFilename
 
 } // namespace tarnwick
