@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QRandomGenerator>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -22,6 +23,15 @@ inline QUrl writeFile(const QTemporaryDir& dir, const QString& name, const QByte
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("cannot write test file %s", qPrintable(file.fileName()));
     return QUrl::fromLocalFile(file.fileName());
+}
+
+// Bytes that differ from any other seed's, so that a chunk out of place shows.
+inline QByteArray patterned(qsizetype size, int seed = 1) {
+    QByteArray bytes(size, Qt::Uninitialized);
+    QRandomGenerator random(seed);
+    for (char& byte : bytes)
+        byte = char(random.bounded(256));
+    return bytes;
 }
 
 } // namespace tarnwick::testing

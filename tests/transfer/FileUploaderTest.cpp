@@ -6,7 +6,6 @@
 #include "transfer/MakeraFileUploader.h"
 #include "transfer/MakeraFilename.h"
 
-#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTcpServer>
 #include <QTest>
@@ -21,14 +20,6 @@ namespace {
 // Short waits so that faults end quickly; the real ones are tested separately.
 UploadTimings quickTimings() {
     return {3000ms, 300ms, 60ms, 10ms, 1500ms, 50ms};
-}
-
-QByteArray patterned(qsizetype size, int seed = 1) {
-    QByteArray bytes(size, Qt::Uninitialized);
-    QRandomGenerator random(seed);
-    for (char& byte : bytes)
-        byte = char(random.bounded(256));
-    return bytes;
 }
 
 QStringList args(const char* line) {

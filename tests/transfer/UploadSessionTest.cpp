@@ -1,3 +1,4 @@
+#include "support/TestFiles.h"
 #include "transfer/MakeraCapability.h"
 #include "transfer/MakeraFilename.h"
 #include "transfer/MakeraUploadSession.h"
@@ -5,18 +6,12 @@
 #include <QTest>
 
 using namespace tarnwick;
+using namespace tarnwick::testing;
 using namespace Qt::StringLiterals;
 
 namespace {
 
 using Event = MakeraUploadSession::Event;
-
-QByteArray patterned(qsizetype size) {
-    QByteArray bytes(size, Qt::Uninitialized);
-    for (qsizetype i = 0; i < size; ++i)
-        bytes[i] = char((i * 7 + i / 251) & 0xFF);
-    return bytes;
-}
 
 MakeraPacket request(MakeraPacketType type, QByteArray payload = {}) {
     return {type, std::move(payload)};

@@ -129,14 +129,6 @@ class ContentViewTest : public QObject {
         return child<ElidedLabel>(sheet, QString::fromLatin1(name))->fullText();
     }
 
-    // The machine selected and a 48 kB file chosen, ready for review.
-    JobFile chooseBracket() {
-        const JobFile file = h->jobFile(u"bracket.gcode"_s, 48'000);
-        h->selectFound(bench);
-        h->model->chooseFile(file);
-        return file;
-    }
-
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 
@@ -284,9 +276,12 @@ private Q_SLOTS:
         QVERIFY(!address->isVisible() && find("enterAddressButton")->isVisible());
     }
 
-    void reviewUploadNeedsAMachineAFileAndNoUpload() {
+    // Review opens the sheet; Cancel closes it without a call on the model, Return uploads
+    // without a duplicate.
+    void reviewNeedsAMachineAndAFileAndOpensTheSheet() {
         auto* review = find<QPushButton>("reviewButton");
-        h->model->chooseFile(h->jobFile(u"part.nc"_s, 1'234'567));
+        const JobFile file = h->jobFile(u"part.nc"_s, 1'234'567);
+        h->model->chooseFile(file);
         QVERIFY(review->isVisible() && !review->isEnabled() && review->isDefault());
         QCOMPARE(shown("fileName") + u" "_s + shown("fileSize"), u"part.nc 1.2 MB"_s);
         QCOMPARE(shown("remoteFolderNote"), u"Sent uncompressed to /sd/gcodes on the machine"_s);
@@ -295,8 +290,36 @@ private Q_SLOTS:
         QCOMPARE(shown("destinationName") + shown("destinationSubtitle"),
                  bench.name + machineSubtitle(bench));
         QTest::mouseClick(review, Qt::LeftButton);
-        QTRY_VERIFY(visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s));
-        h->model->upload(false);
+        UploadConfirmationView* sheet =
+            waitForWindow<UploadConfirmationView>(u"uploadConfirmation"_s);
+        QVERIFY(sheet);
+        QTest::mouseClick(child<QPushButton>(sheet, u"cancelButton"_s), Qt::LeftButton);
+        QVERIFY(!h->model->showConfirmation());
+        QVERIFY(closed());
+        QCOMPARE(h->uploaders.made.size(), 0);
+        sheet = present();
+        QCOMPARE(sheet->size(), QSize(520, 350));
+        QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+        QCOMPARE(shownText(sheet, u"sheetTitle"_s), u"Confirm upload"_s);
+        QCOMPARE(shownText(sheet, u"sheetNote"_s),
+                 u"This sends the file only. It will not start a job."_s);
+        const QList<std::pair<const char*, QString>> values{
+            {"destinationValue", u"Bench Mill"_s},
+            {"addressValue", u"10.0.0.7:2222"_s},
+            {"fileNameValue", u"part.nc"_s},
+            {"sizeValue", u"1.2 MB"_s},
+            {"remotePathValue", u"/sd/gcodes/part.nc"_s}};
+        for (const auto& [name, text] : values)
+            QCOMPARE(value(sheet, name), text);
+        // The intent, whatever face the system has: a monospaced one.
+        QCOMPARE(child<QLabel>(sheet, u"addressValue"_s)->font().styleHint(), QFont::Monospace);
+        QVERIFY(!child<QWidget>(sheet, u"duplicateWarning"_s)->isVisible());
+        auto* upload = child<QPushButton>(sheet, u"uploadButton"_s);
+        QVERIFY(upload->isEnabled() && upload->isDefault());
+        QTest::keyClick(sheet, Qt::Key_Return);
+        QCOMPARE(h->uploaders.made.size(), 1);
+        QCOMPARE(h->uploaders.last()->file, std::optional(file));
+        QVERIFY(closed());
         QVERIFY(!review->isEnabled());
     }
 
@@ -390,6 +413,18 @@ private Q_SLOTS:
         find<ElidedLabel>("fileName")->setFocus();
         press(Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QGuiApplication::clipboard()->text(), longName + u".nc"_s);
+        // The sheet keeps its width; its remote path copies whole.
+        UploadConfirmationView* sheet = present();
+        QCOMPARE(sheet->width(), 520);
+        for (const char* label : {"fileNameValue", "remotePathValue"}) {
+            auto* shown = child<ElidedLabel>(sheet, QString::fromLatin1(label));
+            QVERIFY2(shown->text().contains(u'\u2026'), label);
+            QVERIFY2(shown->mapTo(sheet, QPoint(shown->width(), 0)).x() <= sheet->width(), label);
+        }
+        auto* remotePath = child<ElidedLabel>(sheet, u"remotePathValue"_s);
+        remotePath->setFocus();
+        QTest::keyClick(remotePath, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"/sd/gcodes/"_s + longName + u".nc"_s);
     }
 
     void recentFilesShowFiveRowsWithDividersBetween() {
@@ -495,41 +530,11 @@ private Q_SLOTS:
         QTRY_VERIFY(!h->window.isVisible());
     }
 
-    // Cancel closes it without a call on the model; Return uploads without a duplicate.
-    void withoutARecentUploadTheSheetIsShortAndUploadIsReady() {
-        const JobFile file = chooseBracket();
-        QTest::mouseClick(child<QPushButton>(present(), u"cancelButton"_s), Qt::LeftButton);
-        QVERIFY(!h->model->showConfirmation());
-        QVERIFY(closed());
-        QCOMPARE(h->uploaders.made.size(), 0);
-        UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->size(), QSize(520, 350));
-        QCOMPARE(sheet->windowModality(), Qt::WindowModal);
-        QCOMPARE(shownText(sheet, u"sheetTitle"_s), u"Confirm upload"_s);
-        QCOMPARE(shownText(sheet, u"sheetNote"_s),
-                 u"This sends the file only. It will not start a job."_s);
-        const QList<std::pair<const char*, QString>> values{
-            {"destinationValue", u"Bench Mill"_s},
-            {"addressValue", u"10.0.0.7:2222"_s},
-            {"fileNameValue", u"bracket.gcode"_s},
-            {"sizeValue", u"48 kB"_s},
-            {"remotePathValue", u"/sd/gcodes/bracket.gcode"_s}};
-        for (const auto& [name, text] : values)
-            QCOMPARE(value(sheet, name), text);
-        // The intent, whatever face the system has: a monospaced one.
-        QCOMPARE(child<QLabel>(sheet, u"addressValue"_s)->font().styleHint(), QFont::Monospace);
-        QVERIFY(!child<QWidget>(sheet, u"duplicateWarning"_s)->isVisible());
-        auto* upload = child<QPushButton>(sheet, u"uploadButton"_s);
-        QVERIFY(upload->isEnabled() && upload->isDefault());
-        QTest::keyClick(sheet, Qt::Key_Return);
-        QCOMPARE(h->uploaders.made.size(), 1);
-        QCOMPARE(h->uploaders.last()->file, std::optional(file));
-        QVERIFY(closed());
-    }
-
     // Escape closes it without a call on the model, and each presentation starts switched off.
     void aRecentDuplicateNeedsUploadItAgain() {
-        const JobFile file = chooseBracket();
+        const JobFile file = h->jobFile(u"bracket.gcode"_s, 48'000);
+        h->selectFound(bench);
+        h->model->chooseFile(file);
         h->model->persistence().recordUpload(UploadRecord{
             bench.id(), file.id(), file.size, QDateTime::currentDateTimeUtc().addSecs(-86'000)});
         UploadConfirmationView* sheet = present();
@@ -557,23 +562,6 @@ private Q_SLOTS:
         QTest::mouseClick(again, Qt::LeftButton);
         QTest::mouseClick(child<QPushButton>(sheet, u"uploadButton"_s), Qt::LeftButton);
         QCOMPARE(h->uploaders.made.size(), 1);
-    }
-
-    void longNamesElideAndTheRemotePathCopiesWhole() {
-        chooseBracket();
-        const QString name = QString(200, u'x') + u".nc"_s;
-        h->model->chooseFile(h->jobFile(name));
-        UploadConfirmationView* sheet = present();
-        QCOMPARE(sheet->width(), 520);
-        for (const char* label : {"fileNameValue", "remotePathValue"}) {
-            auto* shown = child<ElidedLabel>(sheet, QString::fromLatin1(label));
-            QVERIFY2(shown->text().contains(u'\u2026'), label);
-            QVERIFY2(shown->mapTo(sheet, QPoint(shown->width(), 0)).x() <= sheet->width(), label);
-        }
-        auto* remotePath = child<ElidedLabel>(sheet, u"remotePathValue"_s);
-        remotePath->setFocus();
-        QTest::keyClick(remotePath, Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QGuiApplication::clipboard()->text(), u"/sd/gcodes/"_s + name);
     }
 
     void absentValuesAreDashes() {
