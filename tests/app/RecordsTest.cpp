@@ -198,6 +198,7 @@ private Q_SLOTS:
         row("recent files not JSON", "not json", u"recentFiles"_s);
         row("date as text", R"([{"machineID":"a","filePath":"/b","fileSize":1,"uploadedAt":"1"}])",
             u"uploads"_s);
+        row("no machine", R"([{"filePath":"/b","fileSize":1,"uploadedAt":1}])", u"uploads"_s);
     }
     void unreadableItems() {
         QFETCH(QString, key);

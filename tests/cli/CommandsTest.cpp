@@ -228,6 +228,9 @@ private Q_SLOTS:
     void helpDocumentsEveryExitCode() {
         const CliResult help = Cli().run({u"upload"_s, u"--help"_s});
         QCOMPARE(help.exitCode, 0);
+        // Without a command, the usage goes where errors go.
+        const CliResult bare = Cli().run({});
+        QVERIFY(bare.exitCode == 2 && bare.err.startsWith(u"Usage: tarnwick-cli COMMAND"_s));
         for (int code = 0; code <= 8; ++code)
             QVERIFY2(help.out.contains(u"\n  %1  "_s.arg(code)), qPrintable(help.out));
     }

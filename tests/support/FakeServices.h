@@ -35,18 +35,14 @@ class FakeCheck : public ConnectionCheck {
     Q_OBJECT
 
 public:
-    FakeCheck(Machine target, QObject* parent)
-        : ConnectionCheck(parent)
-        , machine(std::move(target)) {}
+    using ConnectionCheck::ConnectionCheck;
     void cancel() override { Q_EMIT failed(CancellationError{}); }
-
-    const Machine machine;
 };
 
 class FakeConnector : public MachineConnecting {
 public:
-    ConnectionCheck* checkConnection(const Machine& machine, QObject* parent) override {
-        auto* check = new FakeCheck(machine, parent);
+    ConnectionCheck* checkConnection(const Machine&, QObject* parent) override {
+        auto* check = new FakeCheck(parent);
         checks.append(check);
         return check;
     }
