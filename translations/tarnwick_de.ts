@@ -266,22 +266,6 @@ Exit-Codes:
         <translation>verbinde</translation>
     </message>
     <message>
-        <source>%1/s</source>
-        <translation>%1/s</translation>
-    </message>
-    <message>
-        <source>%1 s left</source>
-        <translation>noch %1 s</translation>
-    </message>
-    <message>
-        <source>%1 min %2 s left</source>
-        <translation>noch %1 min %2 s</translation>
-    </message>
-    <message>
-        <source>%1 h %2 min left</source>
-        <translation>noch %1 h %2 min</translation>
-    </message>
-    <message>
         <source>done</source>
         <translation>fertig</translation>
     </message>
@@ -290,8 +274,8 @@ Exit-Codes:
         <translation>abgebrochen</translation>
     </message>
     <message>
-        <source>Checking the file… %1 %</source>
-        <translation>Datei wird geprüft… %1 %</translation>
+        <source>Checking the file… %1</source>
+        <translation>Datei wird geprüft… %1</translation>
     </message>
 </context>
 <context>
@@ -631,6 +615,40 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     </message>
 </context>
 <context>
+    <name>tarnwick::TransferTexts</name>
+    <message>
+        <source>%1 byte</source>
+        <extracomment>A byte count below one kilobyte; %1 is the number.</extracomment>
+        <translation>%1 Byte</translation>
+    </message>
+    <message>
+        <source>%1 bytes</source>
+        <translation>%1 Byte</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <extracomment>A byte count in a decimal unit: %1 is the number, %2 the unit such as &quot;MB&quot;.</extracomment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>%1/s</source>
+        <extracomment>A transfer rate: %1 is a byte count such as &quot;48 kB&quot;.</extracomment>
+        <translation>%1/s</translation>
+    </message>
+    <message>
+        <source>About %1 s left</source>
+        <translation>Noch etwa %1 s</translation>
+    </message>
+    <message>
+        <source>About %1 min left</source>
+        <translation>Noch etwa %1 min</translation>
+    </message>
+    <message>
+        <source>About %1 h %2 min left</source>
+        <translation>Noch etwa %1 h %2 min</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::UpdateChecker</name>
     <message>
         <source>The update feed at %1 could not be read.</source>
@@ -906,37 +924,6 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
 </context>
 <context>
     <name>tarnwick::ui::Formatting</name>
-    <message>
-        <source>%1 byte</source>
-        <extracomment>A byte count below one kilobyte; %1 is the number.</extracomment>
-        <translation>%1 Byte</translation>
-    </message>
-    <message>
-        <source>%1 bytes</source>
-        <translation>%1 Byte</translation>
-    </message>
-    <message>
-        <source>%1 %2</source>
-        <extracomment>A byte count in a decimal unit: %1 is the number, %2 the unit such as &quot;MB&quot;.</extracomment>
-        <translation>%1 %2</translation>
-    </message>
-    <message>
-        <source>%1/s</source>
-        <extracomment>A transfer rate: %1 is a byte count such as &quot;48 kB&quot;.</extracomment>
-        <translation>%1/s</translation>
-    </message>
-    <message>
-        <source>About %1 s left</source>
-        <translation>Noch etwa %1 s</translation>
-    </message>
-    <message>
-        <source>About %1 min left</source>
-        <translation>Noch etwa %1 min</translation>
-    </message>
-    <message>
-        <source>About %1 h %2 min left</source>
-        <translation>Noch etwa %1 h %2 min</translation>
-    </message>
     <message>
         <source>Preparing</source>
         <translation>Wird vorbereitet</translation>

@@ -1,9 +1,9 @@
 #include "ui/FileCard.h"
 
 #include "app/AppModel.h"
+#include "app/TransferTexts.h"
 #include "ui/Divider.h"
 #include "ui/ElidedLabel.h"
-#include "ui/Formatting.h"
 #include "ui/Icons.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"

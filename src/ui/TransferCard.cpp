@@ -1,6 +1,7 @@
 #include "ui/TransferCard.h"
 
 #include "app/AppModel.h"
+#include "app/TransferTexts.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
 #include "ui/Style.h"

@@ -4,6 +4,7 @@
 #include "app/Machine.h"
 #include "app/SettingsStore.h"
 #include "app/TransferProgress.h"
+#include "app/TransferTexts.h"
 #include "app/UploadRecord.h"
 #include "support/TestFiles.h"
 
@@ -12,6 +13,8 @@
 #include <QLockFile>
 #include <QProcess>
 #include <QTest>
+
+#include <limits>
 
 using namespace tarnwick;
 using namespace Qt::StringLiterals;
@@ -36,6 +39,9 @@ class RecordsTest : public QObject {
     Q_OBJECT
 
 private:
+    static constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+    static constexpr double infinity = std::numeric_limits<double>::infinity();
+    const QLocale english{QLocale::English, QLocale::UnitedStates};
     QTemporaryDir m_dir;
 
     AppPersistence persistence() { return AppPersistence(temporaryStore(m_dir)); }
@@ -298,6 +304,47 @@ private Q_SLOTS:
             enabled << settings::automaticUpdateChecks(*store);
         }
         QCOMPARE(enabled, QList<bool>({true, false, false, true, true, true}));
+    }
+
+    void byteCountsUseDecimalUnits() {
+        const std::pair<qint64, const char*> cases[] = {
+            {0, "0 bytes"},          {1, "1 byte"},
+            {999, "999 bytes"},      {48'000, "48 kB"},
+            {1'234'567, "1.2 MB"},   {4'700'000'000, "4.7 GB"},
+            {220'000'000, "220 MB"}, {48'300'000'000, "48.3 GB"},
+            {999'999, "1.0 MB"},     {std::numeric_limits<qint64>::max(), "9.2 EB"}};
+        for (const auto& [bytes, text] : cases)
+            QCOMPARE(byteCount(bytes, english), QString::fromLatin1(text));
+    }
+
+    void percentagesAreWholeAndClamped() {
+        const std::pair<double, const char*> cases[] = {{0.5, "50%"},   {0, "0%"},
+                                                        {1, "100%"},    {0.996, "100%"},
+                                                        {0.254, "25%"}, {notANumber, "0%"}};
+        for (const auto& [fraction, text] : cases)
+            QCOMPARE(percentText(fraction, english), QString::fromLatin1(text));
+    }
+
+    void rateIsShownOnlyWhenItIsAUsableByteCount() {
+        QCOMPARE(rateText(48'000.9, english), std::optional(u"48 kB/s"_s));
+        QVERIFY(rateText(9.2e18, english).has_value());
+        for (const double unusable : {0.0, -5.0, infinity, notANumber, 9223372036854775808.0})
+            QCOMPARE(rateText(unusable, english), std::nullopt);
+    }
+
+    void timeLeftComesFromTheRemainingBytesAndTheRate() {
+        using Phase = TransferProgress::Phase;
+        const std::pair<TransferProgress, const char*> cases[] = {
+            {{Phase::Uploading, 500, 1000, 100}, "About 5 s left"},
+            {{Phase::Uploading, 0, 600'000, 1000}, "About 10 min left"},
+            {{Phase::Uploading, 0, 4'000'000'000, 1'000'000}, "About 1 h 7 min left"},
+            {{Phase::Uploading, 500, 1000, 0}, nullptr},
+            {{Phase::Uploading, 1000, 1000, 100}, nullptr},
+            {{Phase::Completed, 500, 1000, 100}, nullptr},
+            {{Phase::Uploading, 0, 1000, infinity}, nullptr}};
+        for (const auto& [progress, text] : cases)
+            QCOMPARE(timeLeftText(progress),
+                     text ? std::optional(QString::fromLatin1(text)) : std::nullopt);
     }
 };
 

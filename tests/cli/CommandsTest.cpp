@@ -129,6 +129,8 @@ class CommandsTest : public QObject {
     const QString second = writeFile(dir, u"second.nc"_s, bytes.left(20'000)).toLocalFile();
 
 private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
+
     // A row's own --seconds or --port wins over the earlier one.
     void run_data() {
         QVERIFY(holder.bind(QHostAddress::AnyIPv4, 0, QUdpSocket::DontShareAddress));
@@ -434,10 +436,9 @@ private Q_SLOTS:
             {{Phase::Preparing, 0, 2'000'000, 0},
              "[..............................]   0%  0 bytes of 2.0 MB  connecting"},
             {{Phase::Uploading, 500'000, 2'000'000, 250'000},
-             "[########......................]  25%  500.0 kB of 2.0 MB  250.0 kB/s  6 s left"},
+             "[########......................]  25%  500 kB of 2.0 MB  250 kB/s  About 6 s left"},
             {{Phase::Uploading, 1'000'000, 200'000'000, 1'000'000},
-             "[..............................]   0%  1.0 MB of 200.0 MB  1.0 MB/s  3 min 19 s "
-             "left"},
+             "[..............................]   0%  1.0 MB of 200 MB  1.0 MB/s  About 4 min left"},
             {{Phase::Completed, 2'000'000, 2'000'000, 0},
              "[##############################] 100%  2.0 MB of 2.0 MB  done"},
         };
@@ -457,7 +458,7 @@ private Q_SLOTS:
         bar.finish();
         const QString first = ProgressBar::line({Phase::Uploading, 500'000, 2'000'000, 250'000});
         QCOMPARE(text, u'\r' + first + u'\r' +
-                           QStringLiteral("Checking the file… 42 %").leftJustified(first.size()) +
+                           QStringLiteral("Checking the file… 42%").leftJustified(first.size()) +
                            u'\n');
     }
 

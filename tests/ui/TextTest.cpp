@@ -6,8 +6,6 @@
 
 #include <QTest>
 
-#include <limits>
-
 using namespace tarnwick;
 using namespace tarnwick::ui;
 using namespace Qt::StringLiterals;
@@ -15,54 +13,7 @@ using namespace Qt::StringLiterals;
 class TextTest : public QObject {
     Q_OBJECT
 
-    static constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-    static constexpr double infinity = std::numeric_limits<double>::infinity();
-    const QLocale english{QLocale::English, QLocale::UnitedStates};
-
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(english); }
-
-    void byteCountsUseDecimalUnits() {
-        const std::pair<qint64, const char*> cases[] = {
-            {0, "0 bytes"},          {1, "1 byte"},
-            {999, "999 bytes"},      {48'000, "48 kB"},
-            {1'234'567, "1.2 MB"},   {4'700'000'000, "4.7 GB"},
-            {220'000'000, "220 MB"}, {48'300'000'000, "48.3 GB"},
-            {999'999, "1.0 MB"},     {std::numeric_limits<qint64>::max(), "9.2 EB"}};
-        for (const auto& [bytes, text] : cases)
-            QCOMPARE(byteCount(bytes, english), QString::fromLatin1(text));
-    }
-
-    void percentagesAreWholeAndClamped() {
-        const std::pair<double, const char*> cases[] = {{0.5, "50%"},   {0, "0%"},
-                                                        {1, "100%"},    {0.996, "100%"},
-                                                        {0.254, "25%"}, {notANumber, "0%"}};
-        for (const auto& [fraction, text] : cases)
-            QCOMPARE(percentText(fraction, english), QString::fromLatin1(text));
-    }
-
-    void rateIsShownOnlyWhenItIsAUsableByteCount() {
-        QCOMPARE(rateText(48'000.9, english), std::optional(u"48 kB/s"_s));
-        QVERIFY(rateText(9.2e18, english).has_value());
-        for (const double unusable : {0.0, -5.0, infinity, notANumber, 9223372036854775808.0})
-            QCOMPARE(rateText(unusable, english), std::nullopt);
-    }
-
-    void timeLeftComesFromTheRemainingBytesAndTheRate() {
-        using Phase = TransferProgress::Phase;
-        const std::pair<TransferProgress, const char*> cases[] = {
-            {{Phase::Uploading, 500, 1000, 100}, "About 5 s left"},
-            {{Phase::Uploading, 0, 600'000, 1000}, "About 10 min left"},
-            {{Phase::Uploading, 0, 4'000'000'000, 1'000'000}, "About 1 h 7 min left"},
-            {{Phase::Uploading, 500, 1000, 0}, nullptr},
-            {{Phase::Uploading, 1000, 1000, 100}, nullptr},
-            {{Phase::Completed, 500, 1000, 100}, nullptr},
-            {{Phase::Uploading, 0, 1000, infinity}, nullptr}};
-        for (const auto& [progress, text] : cases)
-            QCOMPARE(timeLeftText(progress),
-                     text ? std::optional(QString::fromLatin1(text)) : std::nullopt);
-    }
-
     void phaseTitlesStatusWordsAndSubtitle() {
         using Phase = TransferProgress::Phase;
         using Status = Machine::ConnectionStatus;
