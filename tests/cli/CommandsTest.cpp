@@ -160,9 +160,10 @@ private Q_SLOTS:
         cliRow("refused", u"check "_s + at(closed.serverPort()), 1, {},
                u"Connection check failed: Connection refused\n"_s);
         cliRow("port 0", u"check 1.2.3.4:0"_s, 2, {}, u"Enter a valid IPv4 address and port.\n"_s);
-        cliRow(
-            "feed not http", u"check-update --feed-url ftp://127.0.0.1/v.json"_s, 2, {},
-            u"tarnwick-cli check-update: 'ftp://127.0.0.1/v.json' is not an http or https URL\n"_s);
+        for (const char* feed : {"ftp://127.0.0.1/v.json", "http:/v.json"})
+            cliRow(feed, u"check-update --feed-url "_s + QLatin1String(feed), 2, {},
+                   u"tarnwick-cli check-update: '%1' is not an http or https URL\n"_s.arg(
+                       QLatin1String(feed)));
 
         const QString job = writeFile(dir, u"job.nc"_s,
                                       "G20 T3 M6 S8000 M3\nG0 X0 Y0 Z0.5\nG1 Z-0.1 F10\n"
