@@ -160,10 +160,9 @@ private Q_SLOTS:
         cliRow("refused", u"check "_s + at(closed.serverPort()), 1, {},
                u"Connection check failed: Connection refused\n"_s);
         cliRow("port 0", u"check 1.2.3.4:0"_s, 2, {}, u"Enter a valid IPv4 address and port.\n"_s);
-        for (const char* feed : {"ftp://127.0.0.1/v.json", "http:/v.json"})
-            cliRow(feed, u"check-update --feed-url "_s + QLatin1String(feed), 2, {},
-                   u"tarnwick-cli check-update: '%1' is not an http or https URL\n"_s.arg(
-                       QLatin1String(feed)));
+        for (QLatin1String feed : {"ftp://127.0.0.1/v.json"_L1, "http:/v.json"_L1})
+            cliRow(feed.data(), u"check-update --feed-url "_s + feed, 2, {},
+                   u"tarnwick-cli check-update: '%1' is not an http or https URL\n"_s.arg(feed));
 
         const QString job = writeFile(dir, u"job.nc"_s,
                                       "G20 T3 M6 S8000 M3\nG0 X0 Y0 Z0.5\nG1 Z-0.1 F10\n"
