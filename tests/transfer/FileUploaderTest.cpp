@@ -268,12 +268,10 @@ private Q_SLOTS:
         QVERIFY2(sameFailure(*upload.error, error), qPrintable(upload.error->description()));
         QVERIFY(upload.sim.storedNames().isEmpty());
         QFETCH(bool, cancelPacketSent);
-        if (cancelPacketSent) {
-            QVERIFY(upload.machineWasCancelled());
-        } else {
-            QTest::qWait(100);
-            QVERIFY(!upload.sim.loggedTypes().contains(u"fileCancel"_s));
-        }
+        QVERIFY(cancelPacketSent
+                    ? upload.machineWasCancelled()
+                    : !runUntil([&] { return upload.sim.loggedTypes().contains(u"fileCancel"_s); },
+                                100));
         QCOMPARE(upload.sim.loggedTypes().mid(0, opening.size()), opening);
     }
 
@@ -360,22 +358,23 @@ private Q_SLOTS:
 
     void destroyingARunningUploaderTellsTheMachine() {
         SimUpload upload(args("--ftype x --latency-ms 200"));
-        auto* uploader = new MakeraFileUploader(quickTimings());
-        uploader->upload(jobFile(upload.dir, QStringLiteral("part.nc"), patterned(100000)),
-                         simMachine(upload.port));
-        QVERIFY(runUntil([&] { return upload.sim.loggedTypes().contains(u"fileData"_s); }, 8000));
-        uploader->cancel();
-        delete uploader;
-        QVERIFY(upload.machineWasCancelled());
-
-        // Deleted while checking the file: nothing is sent.
-        const qsizetype sent = upload.sim.loggedPackets().size();
-        uploader = new MakeraFileUploader(quickTimings());
-        uploader->upload(jobFile(upload.dir, QStringLiteral("early.nc"), patterned(1000)),
-                         simMachine(upload.port));
-        delete uploader;
-        QTest::qWait(300);
-        QCOMPARE(upload.sim.loggedPackets().size(), sent);
+        UploadTimings timings = quickTimings();
+        timings.openingPause = 1000ms;
+        // Deleted while checking the file (nothing is sent), in the opening pause and while the
+        // file is sent (the machine is told).
+        for (const QString& last : {QString(), u"fileStart"_s, u"fileData"_s}) {
+            const QStringList before = upload.sim.loggedPackets();
+            auto* uploader = new MakeraFileUploader(timings);
+            uploader->upload(jobFile(upload.dir, last + u"job.nc"_s, patterned(100000)),
+                             simMachine(upload.port));
+            QVERIFY(last.isEmpty() ||
+                    runUntil([&] { return upload.sim.loggedTypes().endsWith(last); }, 8000));
+            delete uploader;
+            QVERIFY2(last.isEmpty()
+                         ? !runUntil([&] { return upload.sim.loggedPackets() != before; }, 300)
+                         : upload.machineWasCancelled(),
+                     qPrintable(last));
+        }
     }
 
     void theModelShowsTheCheckingCancelsAndUploadsThroughTheFactory() {
