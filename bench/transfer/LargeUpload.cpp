@@ -95,6 +95,7 @@ struct Run {
 
 Run uploadOnce(const JobFile& file, const Sim& sim, int transferSeconds) {
     MakeraFileUploader uploader;
+    uploader.setAutoDelete(false);
     Run run;
     bool ended = false;
     QElapsedTimer clock;
@@ -131,6 +132,7 @@ std::pair<double, double>
 cancelLatency(const JobFile& file, const Machine& machine, UploadTimings timings,
               const std::function<bool(const QList<TransferProgress>&, qint64 checked)>& reached) {
     MakeraFileUploader uploader(timings);
+    uploader.setAutoDelete(false);
     QList<TransferProgress> values;
     qint64 checked = 0;
     bool ended = false;

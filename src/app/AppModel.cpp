@@ -89,15 +89,10 @@ void AppModel::discover() {
     m_machinesSorted = true;
     assign(m_isMachineListFull, false, &AppModel::isMachineListFullChanged);
 
-    MachineScan* scan = m_discoverer->discover(scanDuration, this);
-    m_scan = scan;
-    connect(scan, &MachineScan::machineFound, this, &AppModel::mergeDiscovered);
-    connect(scan, &Operation::finished, this, [this, scan] {
-        scan->deleteLater();
-        setDiscovering(false);
-    });
-    connect(scan, &Operation::failed, this, [this, scan](const Error& error) {
-        scan->deleteLater();
+    m_scan = m_discoverer->discover(scanDuration, this);
+    connect(m_scan, &MachineScan::machineFound, this, &AppModel::mergeDiscovered);
+    connect(m_scan, &Operation::finished, this, [this] { setDiscovering(false); });
+    connect(m_scan, &Operation::failed, this, [this](const Error& error) {
         if (!error.is<CancellationError>())
             setErrorMessage(tr("Discovery failed: %1").arg(error.description()));
         setDiscovering(false);
@@ -155,14 +150,12 @@ void AppModel::checkConnection(CheckFailure failure) {
 
     // Checks are not kept: several may run side by side, and the first to end clears the flag.
     ConnectionCheck* check = m_connector->checkConnection(machine, this);
-    connect(check, &Operation::finished, this, [this, check, id = machine.id()] {
-        check->deleteLater();
+    connect(check, &Operation::finished, this, [this, id = machine.id()] {
         updateStatus(Machine::ConnectionStatus::Connected, id);
         setCheckingConnection(false);
     });
     connect(check, &Operation::failed, this,
-            [this, check, failure, id = machine.id()](const Error& error) {
-                check->deleteLater();
+            [this, failure, id = machine.id()](const Error& error) {
                 updateStatus(Machine::ConnectionStatus::Unavailable, id);
                 if (failure == CheckFailure::Reported)
                     setErrorMessage(tr("Connection check failed: %1").arg(error.description()));
@@ -316,11 +309,7 @@ void AppModel::failUpload(const Error& error, const Machine& machine, const JobF
 void AppModel::endUpload() {
     assign(m_checkingFraction, std::optional<double>(), &AppModel::checkingFractionChanged);
     setUploading(false);
-    if (m_uploader) {
-        m_uploader->disconnect(this);
-        m_uploader->deleteLater();
-        m_uploader = nullptr;
-    }
+    m_uploader = nullptr;
 }
 
 void AppModel::cancelUpload() {

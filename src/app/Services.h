@@ -17,11 +17,19 @@ namespace tarnwick {
 // One running piece of asynchronous work. It may emit values (declared by subclasses) and then
 // emits exactly one of finished() or failed(). It never emits from inside the call that started
 // it, so whoever starts it can connect first. Deleting it ends it silently: no further signal.
+// After its outcome it deletes itself (later, once the outcome's receivers have run), so a holder
+// keeps it in a QPointer; an owner that holds it by value or reads it afterwards turns that off.
 class Operation : public QObject {
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    explicit Operation(QObject* parent = nullptr)
+        : QObject(parent) {
+        connect(this, &Operation::finished, this, &Operation::deleteIfAutomatic);
+        connect(this, &Operation::failed, this, &Operation::deleteIfAutomatic);
+    }
+
+    void setAutoDelete(bool autoDelete) { m_autoDelete = autoDelete; }
 
     // Ends the operation soon with a cancellation failure; does nothing once it has ended.
     virtual void cancel() = 0;
@@ -29,6 +37,14 @@ public:
 Q_SIGNALS:
     void finished();
     void failed(const tarnwick::Error& error);
+
+private:
+    void deleteIfAutomatic() {
+        if (m_autoDelete)
+            deleteLater();
+    }
+
+    bool m_autoDelete = true;
 };
 
 // A scan of the local network: each machine once, as soon as it is heard; finished() when the
@@ -87,12 +103,16 @@ Q_SIGNALS:
 using UploaderFactory = std::function<std::unique_ptr<FileUploading>()>;
 
 // Reads one job file for its preview: progress() while it reads, then finished() once result()
-// holds what was found, or failed() when the file cannot be read.
+// holds what was found, or failed() when the file cannot be read. It outlives its outcome, for
+// its result: whoever asked for it deletes it.
 class JobAnalysis : public Operation {
     Q_OBJECT
 
 public:
-    using Operation::Operation;
+    explicit JobAnalysis(QObject* parent = nullptr)
+        : Operation(parent) {
+        setAutoDelete(false);
+    }
 
     // The analysis, in a type that only the analyser and the views that show it know; empty
     // until finished().

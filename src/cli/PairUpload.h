@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QObject>
+#include <QPointer>
 
 #include <optional>
 
@@ -63,7 +64,7 @@ private:
     const UploadPair m_pair;
     const bool m_again;
     AppPersistence& m_persistence;
-    MakeraFileUploader* m_uploader = nullptr;
+    QPointer<MakeraFileUploader> m_uploader;
     UploadReach m_reach;
     bool m_ended = false;
 };

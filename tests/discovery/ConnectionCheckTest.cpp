@@ -1,6 +1,7 @@
 #include "discovery/NetworkMachineConnector.h"
 
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -60,16 +61,17 @@ private Q_SLOTS:
         QFETCH(int, notBefore);
         QElapsedTimer clock;
         clock.start();
-        std::unique_ptr<ConnectionCheck> check(NetworkMachineConnector().checkConnection(
-            {u"Mill"_s, {}, u"127.0.0.1"_s, port}, nullptr));
-        QSignalSpy finished(check.get(), &Operation::finished);
-        QSignalSpy failed(check.get(), &Operation::failed);
+        const QPointer<ConnectionCheck> check = NetworkMachineConnector().checkConnection(
+            {u"Mill"_s, {}, u"127.0.0.1"_s, port}, nullptr);
+        QSignalSpy finished(check.data(), &Operation::finished);
+        QSignalSpy failed(check.data(), &Operation::failed);
         if (cancel)
             check->cancel();
         QCOMPARE(finished.size() + failed.size(), 0);
         QTRY_COMPARE_WITH_TIMEOUT(finished.size() + failed.size(), 1, 6000);
         QVERIFY2(clock.elapsed() >= notBefore, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(failed.isEmpty() ? QVariant() : failed.at(0).at(0), failure);
+        QTRY_VERIFY(check.isNull()); // its outcome was its last word
     }
 };
 

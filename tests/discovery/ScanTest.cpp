@@ -2,6 +2,7 @@
 #include "discovery/LANMachineDiscoverer.h"
 
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -16,9 +17,9 @@ namespace {
 struct Scan {
     Scan(LANMachineDiscoverer discoverer, std::chrono::milliseconds duration)
         : scan(discoverer.discover(duration, nullptr))
-        , found(scan.get(), &MachineScan::machineFound)
-        , finished(scan.get(), &Operation::finished)
-        , failed(scan.get(), &Operation::failed) {}
+        , found(scan.data(), &MachineScan::machineFound)
+        , finished(scan.data(), &Operation::finished)
+        , failed(scan.data(), &Operation::failed) {}
     QStringList machines() const {
         QStringList list;
         for (const QVariantList& arguments : found) {
@@ -29,7 +30,7 @@ struct Scan {
     }
     qsizetype emitted() const { return found.size() + finished.size() + failed.size(); }
 
-    std::unique_ptr<MachineScan> scan;
+    QPointer<MachineScan> scan;
     QSignalSpy found, finished, failed;
 };
 
@@ -51,7 +52,7 @@ private Q_SLOTS:
         QCOMPARE(scan.machines(), (QStringList{u"Mill 192.168.1.20:4000 busy"_s,
                                                u"Second spindle 192.168.1.20:4001 discovered"_s,
                                                u"Last 10.0.0.1:1 discovered"_s}));
-        scan.scan.reset();
+        delete scan.scan;
         QVERIFY(announce(port, "Lathe,192.168.1.21,4000,0"));
         QTest::qWait(1200); // past the listening time
         QCOMPARE(scan.emitted(), 3);

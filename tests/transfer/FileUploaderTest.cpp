@@ -58,6 +58,7 @@ struct SimUpload {
         : sim(simArguments)
         , port(sim.waitUntilListening())
         , uploader(timings) {
+        uploader.setAutoDelete(false);
         QObject::connect(&uploader, &FileUploading::progress, &uploader,
                          [this](const TransferProgress& value) {
                              progress.append(value);
