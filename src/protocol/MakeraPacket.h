@@ -6,10 +6,15 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QMetaType>
+#include <QObject>
 
 #include <optional>
 
 namespace tarnwick {
+
+// Its own namespace gives the packet type a meta-object, so that logs print its cases' names.
+namespace MakeraPacketTypes {
+Q_NAMESPACE
 
 // The type byte of a frame. No other byte value is a packet type.
 enum class MakeraPacketType : quint8 {
@@ -29,6 +34,11 @@ enum class MakeraPacketType : quint8 {
     FileCancel = 0xB5,
     FileRetry = 0xB6
 };
+Q_ENUM_NS(MakeraPacketType)
+
+} // namespace MakeraPacketTypes
+
+using MakeraPacketTypes::MakeraPacketType;
 
 std::optional<MakeraPacketType> makeraPacketType(quint8 rawValue);
 

@@ -7,9 +7,6 @@
 
 namespace tarnwick::sim {
 
-// The name of a packet type as the log writes it, e.g. "fileCancel".
-QString packetTypeName(MakeraPacketType type);
-
 // One line per packet received, "TYPE PAYLOAD-BYTES MICROSECONDS" (the arrival, counted from the
 // log's start on a monotonic clock), flushed at once so that a reader sees every packet that
 // arrived before it looked. Does nothing without a file.

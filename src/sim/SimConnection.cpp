@@ -1,5 +1,6 @@
 #include "sim/SimConnection.h"
 
+#include "app/RawValues.h"
 #include "protocol/CRC16CCITT.h"
 
 #include <QDir>
@@ -120,7 +121,7 @@ void SimConnection::handle(const MakeraPacket& packet) {
     }
     if (m_state != State::Silent)
         say(QStringLiteral("ignored a %1 packet that has no place here")
-                .arg(packetTypeName(packet.type)));
+                .arg(rawValue(packet.type)));
 }
 
 void SimConnection::answerProbe(const MakeraPacket& packet) {
