@@ -2,7 +2,6 @@
 #include "discovery/LANMachineDiscoverer.h"
 
 #include <QElapsedTimer>
-#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -17,9 +16,9 @@ namespace {
 struct Scan {
     Scan(LANMachineDiscoverer discoverer, std::chrono::milliseconds duration)
         : scan(discoverer.discover(duration, nullptr))
-        , found(scan.data(), &MachineScan::machineFound)
-        , finished(scan.data(), &Operation::finished)
-        , failed(scan.data(), &Operation::failed) {}
+        , found(scan, &MachineScan::machineFound)
+        , finished(scan, &Operation::finished)
+        , failed(scan, &Operation::failed) {}
     QStringList machines() const {
         QStringList list;
         for (const QVariantList& arguments : found) {
@@ -30,7 +29,7 @@ struct Scan {
     }
     qsizetype emitted() const { return found.size() + finished.size() + failed.size(); }
 
-    QPointer<MachineScan> scan;
+    MachineScan* scan; // it deletes itself once it has ended
     QSignalSpy found, finished, failed;
 };
 

@@ -8,15 +8,15 @@
 namespace tarnwick::testing {
 
 // Service fakes that the test drives by hand: each operation stays pending until the test makes
-// it emit, so every ordering of outcomes can be produced.
-
-class FakeScan : public MachineScan {
-    Q_OBJECT
-
+// it emit, so every ordering of outcomes can be produced. Cancelling one fails it at once.
+template <typename Base>
+class PendingOperation : public Base {
 public:
-    using MachineScan::MachineScan;
-    void cancel() override { Q_EMIT failed(CancellationError{}); }
+    using Base::Base;
+    void cancel() override { Q_EMIT this->failed(CancellationError{}); }
 };
+using FakeScan = PendingOperation<MachineScan>;
+using FakeCheck = PendingOperation<ConnectionCheck>;
 
 class FakeDiscoverer : public MachineDiscovering {
 public:
@@ -29,14 +29,6 @@ public:
 
     QList<QPointer<FakeScan>> scans;
     QList<std::chrono::milliseconds> durations;
-};
-
-class FakeCheck : public ConnectionCheck {
-    Q_OBJECT
-
-public:
-    using ConnectionCheck::ConnectionCheck;
-    void cancel() override { Q_EMIT failed(CancellationError{}); }
 };
 
 class FakeConnector : public MachineConnecting {
@@ -55,7 +47,6 @@ class FakeUploader : public FileUploading {
 
 public:
     using FileUploading::FileUploading;
-    ~FakeUploader() override { ++destroyed; }
 
     void upload(const JobFile& chosen, const Machine& target) override {
         file = chosen;
@@ -66,8 +57,6 @@ public:
     std::optional<JobFile> file;
     std::optional<Machine> machine;
     int cancelCalls = 0;
-    // Counts uploaders destroyed, so that tests see that the model lets go of them.
-    static inline int destroyed = 0;
 };
 
 // A factory that hands out FakeUploaders and keeps a pointer to each.

@@ -5,7 +5,6 @@
 #include "ui/JobPreviewView.h"
 #include "ui/Style.h"
 
-#include <QLabel>
 #include <QTest>
 
 using namespace tarnwick;

@@ -7,7 +7,6 @@
 #include "update/UpdateFeed.h"
 
 #include <QNetworkDiskCache>
-#include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTest>
 
