@@ -110,7 +110,6 @@ int main(int argc, char* argv[]) {
             return 1;
         readies.push_back(sinceChoice.nsecsElapsed() / 1e6);
         stalls.push_back(longest);
-        delete analysis;
     }
     out << "ready-ms " << median(readies) << "\nstall-ms " << median(stalls) << Qt::endl;
     return 0;

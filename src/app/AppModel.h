@@ -81,8 +81,8 @@ public:
 
     // The preview's reader of job files; without one no file is analysed.
     void setJobAnalyser(std::unique_ptr<JobAnalysing> analyser);
-    // The analysis of the selected file, running or ended. A new choice replaces (and so ends)
-    // the previous one.
+    // The analysis of the selected file while it runs. A new choice replaces (and so ends) the
+    // previous one.
     JobAnalysis* jobAnalysis() const { return m_jobAnalysis; }
 
     AppPersistence& persistence() { return *m_persistence; }

@@ -18,7 +18,7 @@ namespace tarnwick {
 // emits exactly one of finished() or failed(). It never emits from inside the call that started
 // it, so whoever starts it can connect first. Deleting it ends it silently: no further signal.
 // After its outcome it deletes itself (later, once the outcome's receivers have run), so a holder
-// keeps it in a QPointer; an owner that holds it by value or reads it afterwards turns that off.
+// keeps it in a QPointer; an owner that holds it by value turns that off.
 class Operation : public QObject {
     Q_OBJECT
 
@@ -103,16 +103,13 @@ Q_SIGNALS:
 using UploaderFactory = std::function<std::unique_ptr<FileUploading>()>;
 
 // Reads one job file for its preview: progress() while it reads, then finished() once result()
-// holds what was found, or failed() when the file cannot be read. It outlives its outcome, for
-// its result: whoever asked for it deletes it.
+// holds what was found (read it there: the analysis is gone soon after), or failed() when the
+// file cannot be read.
 class JobAnalysis : public Operation {
     Q_OBJECT
 
 public:
-    explicit JobAnalysis(QObject* parent = nullptr)
-        : Operation(parent) {
-        setAutoDelete(false);
-    }
+    using Operation::Operation;
 
     // The analysis, in a type that only the analyser and the views that show it know; empty
     // until finished().
