@@ -63,6 +63,9 @@ public:
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("TARNWICK_SETTINGS_FILE"), storePath());
+        // The texts and numbers compared are the English ones, whatever the user's locale.
+        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+        environment.insert(QStringLiteral("TARNWICK_LANGUAGE"), QStringLiteral("en_US"));
         process.setProcessEnvironment(environment);
         process.start(qEnvironmentVariable("TARNWICK_BIN_DIR") + u"/tarnwick-cli", arguments);
         for (int wait = 0; wait < 600 && process.state() != QProcess::NotRunning; ++wait) {
@@ -261,6 +264,14 @@ private Q_SLOTS:
         row("unusable file", good,
             {writeFile(dir, u"notes.TXT"_s, "x").toLocalFile(), u"--to"_s, u"%1"_s}, 0,
             JobFileError::unsupportedExtension(u"txt"_s).description(), "2 usage");
+        row("empty file", good,
+            {writeFile(dir, u"empty.nc"_s, {}).toLocalFile(), u"--to"_s, u"%1"_s}, 0,
+            u"empty.nc is empty, so there is nothing to send."_s, "2 usage");
+#ifdef Q_OS_UNIX
+        row("control character", good,
+            {writeFile(dir, u"part\nM3.nc"_s, "G0\n").toLocalFile(), u"--to"_s, u"%1"_s}, 0,
+            JobFileError::controlCharacterInName(u"part\u240AM3.nc"_s).description(), "2 usage");
+#endif
         row("unreachable", {}, {part, u"--to"_s, refused}, 0, {}, "3 unreachable");
         row("refused", good + QStringList{u"--cancel-after"_s, u"1"_s}, toSim, 0,
             UploadError::rejected(u"The machine cancelled the transfer."_s).description(),
@@ -301,6 +312,8 @@ private Q_SLOTS:
         }
         if (!message.isEmpty())
             QCOMPARE(result.err, message + u'\n');
+        if (result.exitCode == Usage)
+            QCOMPARE(machine.loggedLines(), QStringList());
         QCOMPARE(last.value(u"error"_s).toString(), result.err.trimmed());
         if (action > 0)
             QTRY_COMPARE_WITH_TIMEOUT(machine.loggedTypes().last(), u"fileCancel"_s, 3000);

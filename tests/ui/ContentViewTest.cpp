@@ -455,6 +455,13 @@ private Q_SLOTS:
         const QUrl upper = writeFile(h->dir, u"PART.GCODE"_s, "G1 X1");
         QVERIFY(drop(&h->window, {upper}));
         QCOMPARE(h->model->selectedFile()->url, upper);
+#ifdef Q_OS_UNIX
+        QVERIFY(drop(&h->window, {writeFile(h->dir, u"part\rM3.nc"_s, "G0")}));
+        QCOMPARE(h->model->errorMessage(),
+                 std::optional(u"The file name “part\u240DM3.nc” contains a control character, "
+                               "which the machine cannot take. Rename the file."_s));
+        QCOMPARE(h->model->selectedFile()->url, upper);
+#endif
     }
 
     void theWholeRoadWorksWithKeysAlone() {
