@@ -20,7 +20,7 @@ namespace tarnwick::cli {
 
 namespace {
 
-// Listens until every name is heard or the time is up; the exit code of what stopped it.
+// Listens for the whole discovery window; the exit code of what stopped it.
 int resolveNames(const QStringList& names, MachineNameResolver& resolver,
                  InterruptNotifier& interrupt, bool json) {
     QObject::connect(&interrupt, &InterruptNotifier::interrupted, &resolver,
@@ -83,7 +83,9 @@ UploadCommand::UploadCommand()
              "  8  the job file changed or became unreadable during the upload"))
     , m_to(QStringLiteral("to"),
            tr("A machine: its IPv4 address, with the controller's port (%1 when left out), or "
-              "the name it announces on the local network. Repeat for several machines.")
+              "the name it announces on the local network, in any letter case (the tool listens "
+              "for three seconds, and a name that two machines share is refused). Repeat for "
+              "several machines.")
                .arg(defaultControllerPort),
            QStringLiteral("MACHINE"))
     , m_again(QStringLiteral("again"),
