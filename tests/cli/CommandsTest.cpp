@@ -480,20 +480,20 @@ private Q_SLOTS:
             QCOMPARE(ProgressBar::line(progress), QLatin1String(line));
     }
 
-    // A shorter line blanks out what is left of the longer one before it; the line ends once.
+    // A line fits in the terminal's width less one column; a shorter line blanks out what is
+    // left of the longer one before it; the line ends once.
     void redrawsInPlaceAndEndsTheLineOnce() {
         QString text;
         QTextStream stream(&text);
-        ProgressBar bar(stream);
+        ProgressBar bar(stream, 60);
         bar.finish();
         bar.show({Phase::Uploading, 500'000, 2'000'000, 250'000});
         bar.showChecking(420, 1000);
         bar.finish();
         bar.finish();
         const QString first = ProgressBar::line({Phase::Uploading, 500'000, 2'000'000, 250'000});
-        QCOMPARE(text, u'\r' + first + u'\r' +
-                           QStringLiteral("Checking the file… 42%").leftJustified(first.size()) +
-                           u'\n');
+        QCOMPARE(text, u'\r' + first.left(58) + u"…\r"_s +
+                           QStringLiteral("Checking the file… 42%").leftJustified(59) + u'\n');
     }
 
     // The class follows the error's type and how far the upload had come, never its text.

@@ -247,6 +247,9 @@ private Q_SLOTS:
         auto* address = find<QLineEdit>("addressField");
         auto* port = find<QLineEdit>("portField");
         click("enterAddressButton");
+        QTest::keyClick(address, Qt::Key_Escape);
+        QVERIFY(!address->isVisible() && find("enterAddressButton")->hasFocus());
+        click("enterAddressButton");
         QCOMPARE(address->placeholderText() + port->placeholderText() + port->text(),
                  u"IP addressPort2222"_s);
         QVERIFY(!find<QPushButton>("addButton")->isEnabled());
