@@ -359,10 +359,6 @@ Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien
   8  die Auftragsdatei hat sich während des Hochladens geändert oder wurde unlesbar</translation>
     </message>
     <message>
-        <source>A machine: its IPv4 address, with the controller&apos;s port (%1 when left out), or the name it announces on the local network. Repeat for several machines.</source>
-        <translation>Eine Maschine: ihre IPv4-Adresse mit dem Port der Steuerung (%1, wenn weggelassen) oder der Name, unter dem sie sich im lokalen Netzwerk meldet. Für mehrere Maschinen wiederholen.</translation>
-    </message>
-    <message>
         <source>Send a file even if it went to the machine in the last 24 hours.</source>
         <translation>Eine Datei auch senden, wenn sie in den letzten 24 Stunden an die Maschine ging.</translation>
     </message>
@@ -397,6 +393,14 @@ Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien
     <message>
         <source>The job files to send.</source>
         <translation>Die zu sendenden Auftragsdateien.</translation>
+    </message>
+    <message>
+        <source>%1 is empty, so there is nothing to send.</source>
+        <translation>%1 ist leer, es gibt also nichts zu senden.</translation>
+    </message>
+    <message>
+        <source>A machine: its IPv4 address, with the controller&apos;s port (%1 when left out), or the name it announces on the local network, in any letter case (the tool listens for three seconds, and a name that two machines share is refused). Repeat for several machines.</source>
+        <translation>Eine Maschine: ihre IPv4-Adresse mit dem Port der Steuerung (%1, wenn weggelassen) oder der Name, unter dem sie sich im lokalen Netzwerk meldet, in beliebiger Groß- und Kleinschreibung (das Werkzeug hört drei Sekunden lang zu, und ein Name, den zwei Maschinen tragen, wird abgelehnt). Für mehrere Maschinen wiederholen.</translation>
     </message>
 </context>
 <context>
@@ -515,6 +519,10 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>The job file changed while it was being sent.</source>
         <translation>Die Auftragsdatei wurde während des Sendens geändert.</translation>
+    </message>
+    <message>
+        <source>The file name “%1” contains a control character, which the machine cannot take. Rename the file.</source>
+        <translation>Der Dateiname „%1“ enthält ein Steuerzeichen, das die Maschine nicht annehmen kann. Benennen Sie die Datei um.</translation>
     </message>
 </context>
 <context>
@@ -968,6 +976,10 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>Model unknown</source>
         <translation>Modell unbekannt</translation>
+    </message>
+    <message>
+        <source>The machine reported that it is busy.</source>
+        <translation>Die Maschine hat gemeldet, dass sie belegt ist.</translation>
     </message>
 </context>
 <context>

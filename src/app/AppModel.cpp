@@ -22,6 +22,8 @@ AppModel::AppModel(std::unique_ptr<MachineDiscovering> discoverer,
     m_selectedMachine = m_persistence->selectedMachine();
     if (m_selectedMachine)
         m_machines = {*m_selectedMachine};
+    if (m_selectedMachine && m_selectedMachine->status == Machine::ConnectionStatus::Busy)
+        m_announcedBusy.insert(m_selectedMachine->id());
     restoreRecentFiles();
 }
 
@@ -86,6 +88,8 @@ void AppModel::discover() {
     setDiscovering(true);
     setErrorMessage(std::nullopt);
     setMachines(m_selectedMachine ? QList<Machine>{*m_selectedMachine} : QList<Machine>{});
+    m_announcedBusy.removeIf(
+        [this](const QString& id) { return !m_selectedMachine || id != m_selectedMachine->id(); });
     m_machinesSorted = true;
     assign(m_isMachineListFull, false, &AppModel::isMachineListFullChanged);
 
@@ -126,7 +130,22 @@ void AppModel::mergeDiscovered(const Machine& machine) {
             m_machinesSorted = true;
         }
     }
+    noteAnnouncedBusy(machine);
     setMachines(std::move(machines));
+}
+
+void AppModel::noteAnnouncedBusy(const Machine& machine) {
+    const bool wasBusy = isSelectedMachineBusy();
+    if (machine.status == Machine::ConnectionStatus::Busy)
+        m_announcedBusy.insert(machine.id());
+    else
+        m_announcedBusy.remove(machine.id());
+    if (isSelectedMachineBusy() != wasBusy)
+        Q_EMIT isSelectedMachineBusyChanged();
+}
+
+bool AppModel::isSelectedMachineBusy() const {
+    return m_selectedMachine && m_announcedBusy.contains(m_selectedMachine->id());
 }
 
 void AppModel::selectMachine(const std::optional<Machine>& machine) {
@@ -326,7 +345,10 @@ void AppModel::setRecentFiles(QList<JobFile> files) {
 }
 
 void AppModel::setSelectedMachine(const std::optional<Machine>& machine) {
+    const bool wasBusy = isSelectedMachineBusy();
     assign(m_selectedMachine, machine, &AppModel::selectedMachineChanged);
+    if (isSelectedMachineBusy() != wasBusy)
+        Q_EMIT isSelectedMachineBusyChanged();
 }
 
 void AppModel::setProgress(const std::optional<TransferProgress>& progress) {

@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 
 #include <chrono>
 #include <functional>
@@ -55,6 +56,9 @@ public:
     const std::optional<QString>& notice() const { return m_notice; }
     // The running or last scan heard more machines than the list takes.
     bool isMachineListFull() const { return m_isMachineListFull; }
+    // The selected machine's last announcement said that it is busy. A connection check
+    // replaces the busy status with what it found, so the flag is kept beside the status.
+    bool isSelectedMachineBusy() const;
 
     // The views write these two directly: a file's validation message or the alert's dismissal,
     // and the sheet's dismissal.
@@ -103,6 +107,7 @@ Q_SIGNALS:
     void checkingFractionChanged();
     void noticeChanged();
     void isMachineListFullChanged();
+    void isSelectedMachineBusyChanged();
     void jobAnalysisChanged();
 
 private:
@@ -114,6 +119,7 @@ private:
     void checkConnection(CheckFailure failure = CheckFailure::Reported);
     void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
     void mergeDiscovered(const Machine& machine);
+    void noteAnnouncedBusy(const Machine& machine);
     void finishUpload(const Machine& machine, const JobFile& file);
     void failUpload(const Error& error, const Machine& machine, const JobFile& file);
     void endUpload();
@@ -148,6 +154,8 @@ private:
     std::optional<double> m_checkingFraction;
     std::optional<QString> m_notice;
     bool m_isMachineListFull = false;
+    // The listed machines whose last announcement said busy, by id.
+    QSet<QString> m_announcedBusy;
     // Whether m_machines is in name order, so that a new machine can be inserted in place
     // instead of sorting the whole list again.
     bool m_machinesSorted = true;

@@ -32,13 +32,18 @@ QString JobFileError::description() const {
         return QCoreApplication::translate(
                    "tarnwick::JobFileError",
                    "The .%1 extension is not supported. Choose an .nc, .cnc or .gcode file.")
-            .arg(m_extension);
+            .arg(m_subject);
     case Kind::NotARegularFile:
         return QCoreApplication::translate("tarnwick::JobFileError",
                                            "Please choose a regular file.");
     case Kind::ChangedWhileSending:
         return QCoreApplication::translate("tarnwick::JobFileError",
                                            "The job file changed while it was being sent.");
+    case Kind::ControlCharacterInName:
+        return QCoreApplication::translate("tarnwick::JobFileError",
+                                           "The file name “%1” contains a control character, "
+                                           "which the machine cannot take. Rename the file.")
+            .arg(m_subject);
     }
     Q_UNREACHABLE();
     return {};

@@ -49,7 +49,8 @@ public:
     enum class Kind {
         UnsupportedExtension,
         NotARegularFile,
-        ChangedWhileSending
+        ChangedWhileSending,
+        ControlCharacterInName
     };
 
     static JobFileError unsupportedExtension(QString extension) {
@@ -57,20 +58,23 @@ public:
     }
     static JobFileError notARegularFile() { return {Kind::NotARegularFile, {}}; }
     static JobFileError changedWhileSending() { return {Kind::ChangedWhileSending, {}}; }
+    static JobFileError controlCharacterInName(QString fileName) {
+        return {Kind::ControlCharacterInName, std::move(fileName)};
+    }
 
     Kind kind() const { return m_kind; }
-    const QString& extension() const { return m_extension; }
     QString description() const;
 
     friend bool operator==(const JobFileError&, const JobFileError&) = default;
 
 private:
-    JobFileError(Kind kind, QString extension)
+    JobFileError(Kind kind, QString subject)
         : m_kind(kind)
-        , m_extension(std::move(extension)) {}
+        , m_subject(std::move(subject)) {}
 
     Kind m_kind;
-    QString m_extension;
+    // The extension or the file name that the description names.
+    QString m_subject;
 };
 
 // A machine address or announcement that does not pass; the cases are tested in this order.

@@ -34,9 +34,8 @@ QJsonObject BatchUploadOutput::withPair(qsizetype index, QJsonObject object) con
 
 // Each pair keeps its own line: the cursor goes up to it, rewrites it and comes back below all.
 void BatchUploadOutput::redraw(qsizetype index, const QString& state) {
-    QString text = label(index) + QStringLiteral("  ") + state;
-    if (m_columns > 1 && text.size() >= m_columns)
-        text = text.left(m_columns - 2) + u'…';
+    const QString text =
+        ProgressBar::fitted(label(index) + QStringLiteral("  ") + state, m_columns);
     const qsizetype up = m_batch.pairs().size() - index;
     out() << "\x1b[" << up << "A\r" << text << "\x1b[K\x1b[" << up << "B\r";
     out().flush();

@@ -2,10 +2,6 @@
 
 #include "discovery/LANMachineDiscoverer.h"
 
-#include <QTimer>
-
-#include <algorithm>
-
 namespace tarnwick::cli {
 
 namespace {
@@ -24,13 +20,10 @@ void MachineNameResolver::resolve(const QStringList& names) {
     for (const QString& name : names)
         m_heard.insert(key(name), {});
     LANMachineDiscoverer discoverer(m_port);
-    m_scan = discoverer.discover(longestListening, this);
+    m_scan = discoverer.discover(listening, this);
     connect(m_scan, &MachineScan::machineFound, this, &MachineNameResolver::heard);
-    connect(m_scan, &Operation::finished, this, &MachineNameResolver::stop);
-    connect(m_scan, &Operation::failed, this, [this](const Error& error) {
-        m_done = true;
-        Q_EMIT failed(error);
-    });
+    connect(m_scan, &Operation::finished, this, &MachineNameResolver::finished);
+    connect(m_scan, &Operation::failed, this, &MachineNameResolver::failed);
 }
 
 void MachineNameResolver::cancel() {
@@ -44,27 +37,8 @@ QList<Machine> MachineNameResolver::machinesNamed(const QString& name) const {
 
 void MachineNameResolver::heard(const Machine& machine) {
     const auto found = m_heard.find(key(machine.name));
-    if (found == m_heard.end())
-        return;
-    found->append(machine);
-    const bool allHeard = std::all_of(m_heard.cbegin(), m_heard.cend(),
-                                      [](const QList<Machine>& list) { return !list.isEmpty(); });
-    // A moment more, so that two machines of one name that answer together are both known.
-    if (allHeard && !m_stopping) {
-        m_stopping = true;
-        QTimer::singleShot(settling, Qt::PreciseTimer, this, &MachineNameResolver::stop);
-    }
-}
-
-void MachineNameResolver::stop() {
-    if (m_done)
-        return;
-    m_done = true;
-    if (m_scan) {
-        m_scan->disconnect(this);
-        m_scan->deleteLater();
-    }
-    Q_EMIT finished();
+    if (found != m_heard.end())
+        found->append(machine);
 }
 
 } // namespace tarnwick::cli

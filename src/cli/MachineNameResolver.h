@@ -10,14 +10,14 @@
 
 namespace tarnwick::cli {
 
-// Finds the machines that announce the given names (case-insensitive, exact). Listens for up to
-// three seconds and stops as soon as every name has been heard.
+// Finds the machines that announce the given names (case-insensitive, exact). Always listens for
+// the whole three seconds: a machine heard early may share its name with one heard later, and
+// choosing before the end would pick whichever spoke first.
 class MachineNameResolver : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr std::chrono::seconds longestListening{3};
-    static constexpr std::chrono::milliseconds settling{150};
+    static constexpr std::chrono::seconds listening{3};
 
     MachineNameResolver(quint16 announcementPort, QObject* parent = nullptr);
 
@@ -33,13 +33,10 @@ Q_SIGNALS:
 
 private:
     void heard(const Machine& machine);
-    void stop();
 
     const quint16 m_port;
     QHash<QString, QList<Machine>> m_heard;
     QPointer<MachineScan> m_scan;
-    bool m_stopping = false;
-    bool m_done = false;
 };
 
 } // namespace tarnwick::cli

@@ -45,6 +45,13 @@ QString ProgressBar::checkingLine(qint64 bytesChecked, qint64 totalBytes) {
     return tr("Checking the file… %1").arg(percentText(fraction));
 }
 
+QString ProgressBar::fitted(const QString& text, int columns) {
+    // The last column stays free: a line that fills it wraps on some terminals.
+    if (columns > 1 && text.size() >= columns)
+        return text.left(columns - 2) + u'…';
+    return text;
+}
+
 void ProgressBar::show(const TransferProgress& progress) {
     redraw(line(progress));
 }
@@ -53,7 +60,8 @@ void ProgressBar::showChecking(qint64 bytesChecked, qint64 totalBytes) {
     redraw(checkingLine(bytesChecked, totalBytes));
 }
 
-void ProgressBar::redraw(const QString& text) {
+void ProgressBar::redraw(const QString& line) {
+    const QString text = fitted(line, m_columns);
     m_stream << '\r' << text;
     if (text.size() < m_lastWidth)
         m_stream << QString(m_lastWidth - text.size(), u' ');

@@ -8,7 +8,7 @@ SingleUploadOutput::SingleUploadOutput(const UploadPair& pair, bool json)
     : m_pair(pair)
     , m_json(json) {
     if (!json && isTerminal(stdout))
-        m_bar.emplace(out());
+        m_bar.emplace(out(), terminalColumns());
 }
 
 void SingleUploadOutput::checking(qsizetype, qint64 bytesChecked, qint64 totalBytes) {

@@ -8,6 +8,7 @@
 #include "cli/MachineNameResolver.h"
 #include "cli/UploadOutput.h"
 #include "discovery/LANMachineDiscoverer.h"
+#include "transfer/MakeraFilename.h"
 #include "transfer/UploadLog.h"
 
 #include <QEventLoop>
@@ -19,7 +20,7 @@ namespace tarnwick::cli {
 
 namespace {
 
-// Listens until every name is heard or the time is up; the exit code of what stopped it.
+// Listens for the whole discovery window; the exit code of what stopped it.
 int resolveNames(const QStringList& names, MachineNameResolver& resolver,
                  InterruptNotifier& interrupt, bool json) {
     QObject::connect(&interrupt, &InterruptNotifier::interrupted, &resolver,
@@ -43,6 +44,18 @@ int resolveNames(const QStringList& names, MachineNameResolver& resolver,
         QCoreApplication::translate("cli", "Discovery failed: %1").arg(failure->description()),
         Failure, json);
     return Failure;
+}
+
+// Why a job file cannot go to any machine, told before anything is sent; none when it can.
+std::optional<QString> unsendable(const Result<JobFile>& file) {
+    if (!file)
+        return file.error().description();
+    if (const std::optional<JobFileError> refusal =
+            MakeraFilename::controlCharacterRefusal(file->fileName()))
+        return refusal->description();
+    if (file->size == 0)
+        return UploadCommand::tr("%1 is empty, so there is nothing to send.").arg(file->fileName());
+    return std::nullopt;
 }
 
 } // namespace
@@ -70,7 +83,9 @@ UploadCommand::UploadCommand()
              "  8  the job file changed or became unreadable during the upload"))
     , m_to(QStringLiteral("to"),
            tr("A machine: its IPv4 address, with the controller's port (%1 when left out), or "
-              "the name it announces on the local network. Repeat for several machines.")
+              "the name it announces on the local network, in any letter case (the tool listens "
+              "for three seconds, and a name that two machines share is refused). Repeat for "
+              "several machines.")
                .arg(defaultControllerPort),
            QStringLiteral("MACHINE"))
     , m_again(QStringLiteral("again"),
@@ -102,8 +117,8 @@ int UploadCommand::run(const QCommandLineParser& parser) {
     for (const QString& argument : parser.positionalArguments()) {
         const Result<JobFile> file =
             JobFile::fromUrl(QUrl::fromLocalFile(QFileInfo(argument).absoluteFilePath()));
-        if (!file) {
-            reportFailure(file.error().description(), Usage, json);
+        if (const std::optional<QString> problem = unsendable(file)) {
+            reportFailure(*problem, Usage, json);
             return Usage;
         }
         files.append(file.value());

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -18,9 +19,36 @@ constexpr std::array<std::pair<char16_t, char16_t>, 5> escapes{{
     {u'~', u'\x05'},
 }};
 
+bool isControlCharacter(QChar c) {
+    return c.unicode() < 0x20 || c.unicode() == 0x7F || c.unicode() == 0x2028 ||
+           c.unicode() == 0x2029;
+}
+
+// The symbol that stands for a control character in the Control Pictures block, so that the
+// user sees where it is instead of a broken line.
+QChar visibleSymbol(QChar c) {
+    if (c.unicode() < 0x20)
+        return QChar(char16_t(0x2400 + c.unicode()));
+    if (c.unicode() == 0x7F)
+        return QChar(u'\u2421');
+    return QChar(u'\u2424');
+}
+
 } // namespace
 
+std::optional<JobFileError> controlCharacterRefusal(const QString& name) {
+    if (std::none_of(name.cbegin(), name.cend(), isControlCharacter))
+        return std::nullopt;
+    QString shown = name;
+    for (QChar& c : shown)
+        if (isControlCharacter(c))
+            c = visibleSymbol(c);
+    return JobFileError::controlCharacterInName(shown);
+}
+
 Result<QByteArray> uploadCommand(const QString& name) {
+    if (std::optional<JobFileError> refusal = controlCharacterRefusal(name))
+        return *refusal;
     QString escaped = name;
     escaped.replace(QLatin1Char('\\'), QLatin1Char('/'));
     if (escaped.contains(QLatin1Char('/')) || escaped == QLatin1String(".") ||

@@ -6,6 +6,7 @@
 
 #include <QLabel>
 #include <QRandomGenerator>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace tarnwick::ui {
@@ -57,6 +58,7 @@ AboutView::AboutView(QWidget* parent)
     setObjectName(QStringLiteral("aboutView"));
     setWindowTitle(tr("About Tarnwick"));
     setAttribute(Qt::WA_QuitOnClose, false);
+    new QShortcut(QKeySequence::Cancel, this, this, &QWidget::close);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(36, 28, 36, 24);

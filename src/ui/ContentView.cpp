@@ -1,6 +1,7 @@
 #include "ui/ContentView.h"
 
 #include "app/AppModel.h"
+#include "transfer/MakeraFilename.h"
 #include "ui/AlertText.h"
 #include "ui/DestinationCard.h"
 #include "ui/FileCard.h"
@@ -263,10 +264,11 @@ void ContentView::openFilePanel() {
 
 void ContentView::chooseJobFile(const QUrl& url) {
     Result<JobFile> file = JobFile::fromUrl(url);
-    if (file)
-        m_model.chooseFile(file.value());
-    else
-        m_model.setErrorMessage(file.error().description());
+    if (!file)
+        return m_model.setErrorMessage(file.error().description());
+    if (const auto refusal = MakeraFilename::controlCharacterRefusal(file->fileName()))
+        return m_model.setErrorMessage(refusal->description());
+    m_model.chooseFile(file.value());
 }
 
 void ContentView::showEvent(QShowEvent* event) {

@@ -46,8 +46,14 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     m_subtitle->setObjectName(QStringLiteral("destinationSubtitle"));
     m_subtitle->setCopyable(true);
     style::makeSecondary(m_subtitle);
+    // A check finds a busy machine reachable all the same, and its badge then says so.
+    m_busy = new QLabel(busyNotice(), m_machinePage);
+    m_busy->setObjectName(QStringLiteral("destinationBusy"));
+    m_busy->setWordWrap(true);
+    style::setTextColor(m_busy, style::orange());
     texts->addWidget(m_name);
     texts->addWidget(m_subtitle);
+    texts->addWidget(m_busy);
     row->addLayout(texts, 1);
     m_badge = new StatusBadge(Machine::ConnectionStatus::Discovered, m_machinePage);
     m_badge->setObjectName(QStringLiteral("statusBadge"));
@@ -68,6 +74,8 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::selectedMachineChanged, this, &DestinationCard::showSelection);
     connect(&m_model, &AppModel::isCheckingConnectionChanged, this,
             &DestinationCard::showSelection);
+    connect(&m_model, &AppModel::isSelectedMachineBusyChanged, this,
+            &DestinationCard::showSelection);
     showSelection();
 }
 
@@ -80,6 +88,7 @@ void DestinationCard::showSelection() {
     m_name->setFullText(machine->name);
     m_subtitle->setFullText(machineSubtitle(*machine));
     m_badge->setStatus(machine->status);
+    m_busy->setVisible(m_model.isSelectedMachineBusy());
     m_checkAgain->setEnabled(!m_model.isCheckingConnection());
 }
 

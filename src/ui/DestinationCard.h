@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QLabel;
 class QPushButton;
 
 namespace tarnwick {
@@ -28,6 +29,7 @@ private:
     QWidget* m_emptyPage;
     ElidedLabel* m_name;
     ElidedLabel* m_subtitle;
+    QLabel* m_busy;
     StatusBadge* m_badge;
     QPushButton* m_checkAgain;
 };

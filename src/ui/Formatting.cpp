@@ -28,6 +28,10 @@ QString phaseTitle(TransferProgress::Phase phase) {
     return {};
 }
 
+QString busyNotice() {
+    return Formatting::tr("The machine reported that it is busy.");
+}
+
 QString statusWord(Machine::ConnectionStatus status) {
     switch (status) {
     case Machine::ConnectionStatus::Discovered:

@@ -11,6 +11,8 @@ namespace tarnwick::ui {
 QString phaseTitle(TransferProgress::Phase phase);
 
 QString statusWord(Machine::ConnectionStatus status);
+// Said beside the checked status while the machine's last announcement marked it busy.
+QString busyNotice();
 
 // "Model unknown · 10.0.0.5:2222".
 QString machineSubtitle(const Machine& machine);

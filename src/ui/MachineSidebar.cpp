@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -167,6 +168,9 @@ QWidget* MachineSidebar::makeManualEntry() {
     lastLine->addWidget(m_addButton);
     fields->addLayout(lastLine);
     layout->addWidget(m_entryFields);
+    auto* escape = new QShortcut(QKeySequence::Cancel, m_entryFields);
+    escape->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(escape, &QShortcut::activated, this, [this] { setShowingManualEntry(false); });
 
     connect(m_addressField, &QLineEdit::textChanged, this, &MachineSidebar::updateAddButton);
     connect(m_portField, &QLineEdit::textChanged, this, &MachineSidebar::updateAddButton);

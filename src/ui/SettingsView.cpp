@@ -7,6 +7,7 @@
 
 #include <QLabel>
 #include <QSettings>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace tarnwick::ui {
@@ -25,6 +26,7 @@ SettingsView::SettingsView(std::unique_ptr<QSettings> store, QWidget* parent)
     setObjectName(QStringLiteral("settingsView"));
     setWindowTitle(tr("Settings"));
     setAttribute(Qt::WA_QuitOnClose, false);
+    new QShortcut(QKeySequence::Cancel, this, this, &QWidget::close);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(20, 20, 20, 20);

@@ -15,6 +15,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tarnwick::ui {
 
 namespace {
@@ -54,6 +56,11 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
     layout->setSpacing(20);
     layout->addWidget(makeTitleRow());
     layout->addWidget(makeDetails());
+    m_busy = new QLabel(busyNotice(), this);
+    m_busy->setObjectName(QStringLiteral("sheetBusy"));
+    m_busy->setWordWrap(true);
+    style::setTextColor(m_busy, style::orange());
+    layout->addWidget(m_busy);
     m_warning = makeWarning();
     layout->addWidget(m_warning);
     layout->addStretch();
@@ -75,6 +82,8 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
 
     connect(&m_model, &AppModel::selectedMachineChanged, this, &UploadConfirmationView::refresh);
     connect(&m_model, &AppModel::selectedFileChanged, this, &UploadConfirmationView::refresh);
+    connect(&m_model, &AppModel::isSelectedMachineBusyChanged, this,
+            &UploadConfirmationView::refresh);
     refresh();
 }
 
@@ -167,7 +176,12 @@ void UploadConfirmationView::refresh() {
 
     const bool duplicate = m_model.isRecentDuplicate();
     m_warning->setVisible(duplicate);
-    setFixedSize(sheetWidth, duplicate ? duplicateSheetHeight : sheetHeight);
+    m_busy->setVisible(m_model.isSelectedMachineBusy());
+    QLayout* content = layout();
+    const int width = std::max(sheetWidth, content->totalMinimumSize().width());
+    const int needed = content->hasHeightForWidth() ? content->totalHeightForWidth(width)
+                                                    : content->totalSizeHint().height();
+    setFixedSize(width, std::max(duplicate ? duplicateSheetHeight : sheetHeight, needed));
     updateUploadButton();
 }
 

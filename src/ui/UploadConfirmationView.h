@@ -21,6 +21,7 @@ class UploadConfirmationView : public QDialog {
     Q_OBJECT
 
 public:
+    // The sizes at the default font: a larger font makes the sheet larger, never clipped.
     static constexpr int sheetWidth = 520;
     static constexpr int sheetHeight = 350;
     static constexpr int duplicateSheetHeight = 430;
@@ -43,6 +44,7 @@ private:
     ElidedLabel* m_fileName = nullptr;
     ElidedLabel* m_size = nullptr;
     ElidedLabel* m_remotePath = nullptr;
+    QLabel* m_busy = nullptr;
     QWidget* m_warning = nullptr;
     ToggleSwitch* m_uploadAgain = nullptr;
     QPushButton* m_uploadButton = nullptr;

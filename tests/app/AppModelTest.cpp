@@ -136,6 +136,24 @@ private Q_SLOTS:
         QTRY_VERIFY(h->connector->checks.at(0).isNull() && h->connector->checks.at(1).isNull());
     }
 
+    // A check replaces the announced "busy"; the flag stays beside the status, never stored,
+    // until the machine announces itself again or another is selected.
+    void theAnnouncedBusyFlagOutlivesTheCheck() {
+        AppModel* model = h->model.get();
+        QSignalSpy busyChanged(model, &AppModel::isSelectedMachineBusyChanged);
+        model->discover();
+        announce(u"Mill"_s, u"10.0.0.1"_s, Status::Busy);
+        model->selectMachine(model->machines().at(0));
+        Q_EMIT h->connector->checks.last()->finished();
+        QCOMPARE(model->persistence().selectedMachine()->status, Status::Connected);
+        model->discover();
+        QVERIFY(model->isSelectedMachineBusy());
+        announce(u"Mill"_s, u"10.0.0.1"_s);
+        announce(u"Mill"_s, u"10.0.0.1"_s, Status::Busy);
+        model->addManualMachine(u"10.0.0.2"_s, 2222);
+        QCOMPARE(busyChanged.count(), 4);
+    }
+
     void recentFilesMoveToTheFrontAndKeepEight() {
         AppModel* model = h->model.get();
         QList<JobFile> files;

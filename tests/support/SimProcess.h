@@ -24,6 +24,10 @@ public:
                                            m_store.path(), QStringLiteral("--log"),
                                            m_store.filePath(QStringLiteral("packets.log"))} +
                                extraArguments);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+        environment.insert(QStringLiteral("TARNWICK_LANGUAGE"), QStringLiteral("en_US"));
+        m_process.setProcessEnvironment(environment);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start();
     }

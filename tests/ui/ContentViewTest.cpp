@@ -1,4 +1,5 @@
 #include "UiHarness.h"
+#include "i18n/Translations.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
 #include "ui/MachineListModel.h"
@@ -14,6 +15,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QToolButton>
 
@@ -245,6 +247,9 @@ private Q_SLOTS:
         auto* address = find<QLineEdit>("addressField");
         auto* port = find<QLineEdit>("portField");
         click("enterAddressButton");
+        QTest::keyClick(address, Qt::Key_Escape);
+        QVERIFY(!address->isVisible() && find("enterAddressButton")->hasFocus());
+        click("enterAddressButton");
         QCOMPARE(address->placeholderText() + port->placeholderText() + port->text(),
                  u"IP addressPort2222"_s);
         QVERIFY(!find<QPushButton>("addButton")->isEnabled());
@@ -455,6 +460,13 @@ private Q_SLOTS:
         const QUrl upper = writeFile(h->dir, u"PART.GCODE"_s, "G1 X1");
         QVERIFY(drop(&h->window, {upper}));
         QCOMPARE(h->model->selectedFile()->url, upper);
+#ifdef Q_OS_UNIX
+        QVERIFY(drop(&h->window, {writeFile(h->dir, u"part\rM3.nc"_s, "G0")}));
+        QCOMPARE(h->model->errorMessage(),
+                 std::optional(u"The file name “part\u240DM3.nc” contains a control character, "
+                               "which the machine cannot take. Rename the file."_s));
+        QCOMPARE(h->model->selectedFile()->url, upper);
+#endif
     }
 
     void theWholeRoadWorksWithKeysAlone() {
@@ -562,6 +574,49 @@ private Q_SLOTS:
         QTest::mouseClick(again, Qt::LeftButton);
         QTest::mouseClick(child<QPushButton>(sheet, u"uploadButton"_s), Qt::LeftButton);
         QCOMPARE(h->uploaders.made.size(), 1);
+    }
+
+    // The badge says what the check found, the card and the sheet what the machine announced.
+    // The sheet's sizes hold at the default font; at 14 pt it grows instead of clipping a text.
+    void aBusyMachineSaysSoAndLargeFontsFit_data() {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("English") << u"en_US"_s;
+        QTest::newRow("German") << u"de_DE"_s;
+    }
+    void aBusyMachineSaysSoAndLargeFontsFit() {
+        QFETCH(QString, language);
+        const QFont usual = QApplication::font();
+        const auto restore = qScopeGuard([&] {
+            QApplication::setFont(usual);
+            i18n::useLanguage(QLocale(QLocale::English, QLocale::UnitedStates));
+        });
+        QFont large = usual;
+        large.setPointSizeF(14);
+        QApplication::setFont(large);
+        const bool german = i18n::useLanguage(QLocale(language));
+        QCOMPARE(german, language == u"de_DE"_s);
+        h->selectFound(ModelHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s, 2222, Status::Busy));
+        const JobFile file = h->jobFile(u"part.nc"_s);
+        h->model->chooseFile(file);
+        h->model->persistence().recordUpload(
+            {bench.id(), file.id(), file.size, QDateTime::currentDateTimeUtc()});
+        UploadConfirmationView* sheet = present();
+        QVERIFY(sheet->width() >= 520 && sheet->height() >= 430);
+        for (const QLabel* label : sheet->findChildren<QLabel*>())
+            QVERIFY2(!label->isVisibleTo(sheet) ||
+                         label->height() >= (label->wordWrap()
+                                                 ? label->heightForWidth(label->width())
+                                                 : label->sizeHint().height()),
+                     qPrintable(label->text()));
+        // The window was made before the language changed.
+        const QString english = u"The machine reported that it is busy."_s;
+        expectStatus(Status::Connected);
+        QCOMPARE(shown("destinationBusy") + u'|' + shownText(sheet, u"sheetBusy"_s),
+                 english + u'|' +
+                     (german ? u"Die Maschine hat gemeldet, dass sie belegt ist."_s : english));
+        Q_EMIT h->discoverer->scans.last()->machineFound(bench);
+        QCOMPARE(shown("destinationBusy") + shownText(sheet, u"sheetBusy"_s),
+                 u"<0 shown><0 shown>"_s);
     }
 
     void absentValuesAreDashes() {

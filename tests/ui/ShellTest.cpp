@@ -68,6 +68,14 @@ class ShellTest : public QObject {
     }
 
     // The alert as the user sees it, against what the update alert is to say.
+    static void closesOnEscape(QWidget* window) {
+        QVERIFY(window);
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        QTest::keyClick(window, Qt::Key_Escape);
+        QTRY_VERIFY(!window->isVisible());
+    }
+
     static void compareAlert(const QMessageBox* alert, const UpdateAlertContent& expected) {
         QVERIFY(alert);
         QCOMPARE(alert->windowTitle(), expected.title);
@@ -191,6 +199,8 @@ private Q_SLOTS:
             about->close();
         }
         QVERIFY(seen.size() > 1);
+        app->showAbout();
+        closesOnEscape(visibleWindow<AboutView>(u"aboutView"_s));
     }
 
     void settingsSwitchIsWhatTheCheckerReads() {
@@ -212,6 +222,7 @@ private Q_SLOTS:
             const UpdateChecker reader(shellStore(), std::nullopt, nullptr, server->url);
             QCOMPARE(reader.automaticChecksEnabled(), enabled);
         }
+        closesOnEscape(settings);
     }
 
     void theWindowComesBackWhereItWas() {
