@@ -23,6 +23,10 @@
         <source>The settings store %1 is not in a format that can be read.</source>
         <translation>Der Einstellungsspeicher %1 hat ein Format, das nicht gelesen werden kann.</translation>
     </message>
+    <message>
+        <source>The settings store %1 is not a regular file, so it is left as it is.</source>
+        <translation>Der Einstellungsspeicher %1 ist keine gewöhnliche Datei und bleibt daher unverändert.</translation>
+    </message>
 </context>
 <context>
     <name>BatchUploadOutput</name>

@@ -1,6 +1,7 @@
 #include "BuildConfig.h"
 #include "app/AppPersistence.h"
 #include "app/Errors.h"
+#include "app/SettingsStore.h"
 #include "cli/ExitCode.h"
 #include "cli/ProgressBar.h"
 #include "discovery/Announcer.h"
@@ -52,9 +53,7 @@ struct CliResult {
 // tarnwick-cli with a settings store of its own, kept across the runs of one object.
 class Cli {
 public:
-    std::unique_ptr<QSettings> store() const {
-        return std::make_unique<QSettings>(storePath(), QSettings::IniFormat);
-    }
+    std::unique_ptr<QSettings> store() const { return settings::openStoreFile(storePath()); }
 
     // Runs the tool to its end (at most 30 s, else exit code -1) while this thread's event loop
     // turns, calling whileRunning every 50 ms.
@@ -424,11 +423,16 @@ private Q_SLOTS:
         QVERIFY(file.seek(0));
         QCOMPARE(file.readAll(), stored);
 
+        const QStringList unreadable{u"1"_s,
+                                     {},
+                                     u"The upload history in %1 could not be read.\n"_s.arg(
+                                         QDir::toNativeSeparators(file.fileName()))};
         cli.store()->setValue(u"uploads"_s, QByteArray("[{\"damaged\""));
-        QCOMPARE(run({}), QStringList({u"1"_s,
-                                       {},
-                                       u"The upload history in %1 could not be read.\n"_s.arg(
-                                           QDir::toNativeSeparators(file.fileName()))}));
+        QCOMPARE(run({}), unreadable);
+        file.close();
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(patterned(999)) == 999);
+        file.close();
+        QCOMPARE(run({}), unreadable);
     }
 
     void lines() {
