@@ -1,6 +1,7 @@
 #include "ui/MachineListModel.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "ui/Formatting.h"
 #include "ui/ManualEntryRules.h"
 
@@ -33,13 +34,13 @@ QVariant MachineListModel::data(const QModelIndex& index, int role) const {
     const Machine& machine = m_rows.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return machine.name;
+        return displayName(machine.name);
     case Qt::ToolTipRole:
-        return tr("%1 at %2").arg(machine.name, machineAddress(machine));
+        return tr("%1 at %2").arg(displayName(machine.name), machineAddress(machine));
     case Qt::AccessibleTextRole:
         //: A machine in the sidebar as assistive technology reads it: name, address, status.
         return tr("%1, %2, %3")
-            .arg(machine.name, shownAddress(machine), statusWord(machine.status));
+            .arg(displayName(machine.name), shownAddress(machine), statusWord(machine.status));
     case AddressRole:
         return shownAddress(machine);
     case StatusRole: {

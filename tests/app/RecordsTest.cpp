@@ -1,4 +1,5 @@
 #include "app/AppPersistence.h"
+#include "app/DisplayName.h"
 #include "app/Errors.h"
 #include "app/IniText.h"
 #include "app/JobFile.h"
@@ -399,6 +400,20 @@ private Q_SLOTS:
             enabled << settings::automaticUpdateChecks(*store);
         }
         QCOMPARE(enabled, QList<bool>({true, false, false, true, true, true}));
+    }
+
+    // A name from the network stays on its line and cannot turn the text after it around.
+    void displayNames() {
+        const std::pair<const char16_t*, const char16_t*> names[] = {
+            {u"Mill 2", u"Mill 2"},
+            {u"Line\nfeed", u"Line\u240Afeed"},
+            {u"Car\rriage\ttab", u"Car\u240Driage\u2409tab"},
+            {u"x\u007Fy\u0085z\u2028", u"x\u2421y\uFFFDz\u2424"},
+            {u"\u202Eevil", u"\u2068\u202Eevil\u2069"},
+            {u"\u05DE\u05DB\u05D5\u05E0\u05D4 3", u"\u2068\u05DE\u05DB\u05D5\u05E0\u05D4 3\u2069"},
+        };
+        for (const auto& [announced, shown] : names)
+            QCOMPARE(displayName(QString::fromUtf16(announced)), QString::fromUtf16(shown));
     }
 
     void byteCountsUseDecimalUnits() {

@@ -141,10 +141,12 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QStringList>("expected");
         cliRow("lines", scan, 0,
-               u"Mill\t192.168.1.20:4000\tbusy\nTab and line\t10.0.0.3:2222\tdiscovered\n"_s);
+               u"Mill\t192.168.1.20:4000\tbusy\n"
+               u"\u2068Tab\u2409and\u240Aline\u202E\u2069\t10.0.0.3:2222\tdiscovered\n"_s);
         cliRow("json", scan + u"--json"_s, 0,
                uR"({"ipAddress":"192.168.1.20","name":"Mill","port":4000,"status":"busy"}
-{"ipAddress":"10.0.0.3","name":"Tab\tand\nline","port":2222,"status":"discovered"}
+{"ipAddress":"10.0.0.3","name":"Tab\tand\nline)"_s +
+                   u"\u202E"_s + uR"(","port":2222,"status":"discovered"}
 )"_s);
         // Whatever the platform calls a taken port, the tool passes it on.
         QUdpSocket rival;
@@ -200,7 +202,7 @@ private Q_SLOTS:
             announce(scanPort, "Mill,192.168.1.20,4000,1");
             if (tool.bytesAvailable() > 0) {
                 announce(scanPort, "Mill,192.168.1.20,4000,0");
-                announce(scanPort, "Tab\tand\nline,10.0.0.3,2222,0");
+                announce(scanPort, "Tab\tand\nline\xE2\x80\xAE,10.0.0.3,2222,0");
             }
         });
         QCOMPARE(result.all(), expected);

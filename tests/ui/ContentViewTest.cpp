@@ -202,17 +202,17 @@ private Q_SLOTS:
         const Machine gamma = ModelHarness::machine(u"gamma"_s, u"10.0.0.3"_s);
         for (const Machine& machine :
              {gamma, ModelHarness::machine(u"Alpha"_s, u"10.0.0.9"_s, 2223),
-              ModelHarness::machine(u"beta"_s, u"10.0.0.9"_s)})
+              ModelHarness::machine(u"beta\n2"_s, u"10.0.0.9"_s)})
             Q_EMIT scan->machineFound(machine);
         h->model->selectMachine(gamma);
         Q_EMIT scan->machineFound(Machine{u"aardvark"_s, {}, u"10.0.0.3"_s, 2222, Status::Busy});
         QCOMPARE(resets.size(), 0);
         QCOMPARE(inserts.size(), 3);
-        // Name order, a renamed machine stays in place; the port shows where it is not the
-        // usual one or the address is shared.
+        // Name order, a renamed machine stays in place, a line break shows as a symbol; the port
+        // shows where it is not the usual one or the address is shared.
         const QList<std::tuple<QString, QString, Status>> expected{
             {u"Alpha"_s, u"10.0.0.9:2223"_s, Status::Discovered},
-            {u"beta"_s, u"10.0.0.9:2222"_s, Status::Discovered},
+            {u"beta\u240A2"_s, u"10.0.0.9:2222"_s, Status::Discovered},
             {u"aardvark"_s, u"10.0.0.3"_s, Status::Connecting}};
         QCOMPARE(rows->rowCount(), expected.size());
         for (int row = 0; row < rows->rowCount(); ++row) {
