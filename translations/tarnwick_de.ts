@@ -1209,6 +1209,10 @@ Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse h
         <source>Files you choose will appear here.</source>
         <translation>Hier erscheinen die Dateien, die Sie wählen.</translation>
     </message>
+    <message>
+        <source>Recent files</source>
+        <translation>Zuletzt verwendet</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::ui::SettingsView</name>
