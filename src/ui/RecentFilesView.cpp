@@ -30,6 +30,8 @@ RecentFilesView::RecentFilesView(AppModel& model, QWidget* parent)
     m_list->setModel(m_files);
     m_list->setItemDelegate(new RecentFileDelegate(m_list));
     m_list->setUniformItemSizes(true);
+    // A row is a command, not a choice that stays.
+    m_list->setSelectionMode(QAbstractItemView::NoSelection);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
