@@ -4,6 +4,8 @@
 #include <QIODevice>
 #include <QStringDecoder>
 
+#include <algorithm>
+
 namespace tarnwick::settings {
 
 namespace {

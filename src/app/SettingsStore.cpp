@@ -5,8 +5,11 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QFileDevice>
 #include <QFileInfo>
-#include <QSaveFile>
+
+#include <optional>
 
 namespace tarnwick {
 

@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace tarnwick::ui {
 
 namespace {

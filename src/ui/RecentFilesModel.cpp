@@ -3,6 +3,8 @@
 #include "app/AppModel.h"
 #include "app/TransferTexts.h"
 
+#include <algorithm>
+
 namespace tarnwick::ui {
 
 RecentFilesModel::RecentFilesModel(AppModel& model, QObject* parent)
