@@ -23,6 +23,10 @@
         <source>The settings store %1 is not in a format that can be read.</source>
         <translation>Der Einstellungsspeicher %1 hat ein Format, das nicht gelesen werden kann.</translation>
     </message>
+    <message>
+        <source>The settings store %1 is not a regular file, so it is left as it is.</source>
+        <translation>Der Einstellungsspeicher %1 ist keine gewöhnliche Datei und bleibt daher unverändert.</translation>
+    </message>
 </context>
 <context>
     <name>BatchUploadOutput</name>
@@ -1216,6 +1220,10 @@ Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse h
     <message>
         <source>Files you choose will appear here.</source>
         <translation>Hier erscheinen die Dateien, die Sie wählen.</translation>
+    </message>
+    <message>
+        <source>Recent files</source>
+        <translation>Zuletzt verwendet</translation>
     </message>
 </context>
 <context>

@@ -10,6 +10,7 @@
 
 #include "LatenessProbe.h"
 #include "app/AppModel.h"
+#include "app/SettingsStore.h"
 #include "ui/ContentView.h"
 
 #include <QApplication>
@@ -83,8 +84,8 @@ int main(int argc, char* argv[]) {
     AppModel model(
         std::move(discoverer), std::make_unique<SilentConnector>(),
         [] { return std::unique_ptr<FileUploading>(); },
-        std::make_unique<AppPersistence>(std::make_unique<QSettings>(
-            storeDir.filePath(QStringLiteral("store.ini")), QSettings::IniFormat)));
+        std::make_unique<AppPersistence>(
+            settings::openStoreFile(storeDir.filePath(QStringLiteral("store.ini")))));
     ui::ContentView window(model);
     window.resize(1080, 720);
     window.show();

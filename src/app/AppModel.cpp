@@ -87,7 +87,7 @@ void AppModel::discover() {
     }
     setDiscovering(true);
     setErrorMessage(std::nullopt);
-    setMachines(m_selectedMachine ? QList<Machine>{*m_selectedMachine} : QList<Machine>{});
+    resetMachines(m_selectedMachine ? QList<Machine>{*m_selectedMachine} : QList<Machine>{});
     m_announcedBusy.removeIf(
         [this](const QString& id) { return !m_selectedMachine || id != m_selectedMachine->id(); });
     m_machinesSorted = true;
@@ -106,32 +106,34 @@ void AppModel::discover() {
 void AppModel::mergeDiscovered(const Machine& machine) {
     const auto existing = std::find_if(m_machines.cbegin(), m_machines.cend(),
                                        [&](const Machine& m) { return m.id() == machine.id(); });
-    QList<Machine> machines = m_machines;
     if (existing != m_machines.cend()) {
-        Machine& entry = machines[existing - m_machines.cbegin()];
-        if (entry.name != machine.name)
+        if (existing->name != machine.name)
             m_machinesSorted = false;
-        entry = machine;
-    } else if (machines.size() >= maximumListedMachines) {
+        noteAnnouncedBusy(machine);
+        changeMachine(existing - m_machines.cbegin(), machine);
+        return;
+    }
+    if (m_machines.size() >= maximumListedMachines) {
         assign(m_isMachineListFull, true, &AppModel::isMachineListFullChanged);
         return;
-    } else {
-        const auto before = [this](const Machine& a, const Machine& b) {
-            return m_nameOrder.compare(a.name, b.name) < 0;
-        };
-        // In a sorted list, inserting after every equal name is what a stable sort of the
-        // appended list gives, at a fraction of the cost when machines arrive by the hundred.
-        if (m_machinesSorted) {
-            machines.insert(std::upper_bound(machines.begin(), machines.end(), machine, before),
-                            machine);
-        } else {
-            machines.append(machine);
-            std::stable_sort(machines.begin(), machines.end(), before);
-            m_machinesSorted = true;
-        }
     }
     noteAnnouncedBusy(machine);
-    setMachines(std::move(machines));
+    const auto before = [this](const Machine& a, const Machine& b) {
+        return m_nameOrder.compare(a.name, b.name) < 0;
+    };
+    // In a sorted list, inserting after every equal name is what a stable sort of the appended
+    // list gives, at a fraction of the cost when machines arrive by the hundred.
+    if (m_machinesSorted) {
+        insertMachine(std::upper_bound(m_machines.cbegin(), m_machines.cend(), machine, before) -
+                          m_machines.cbegin(),
+                      machine);
+        return;
+    }
+    QList<Machine> machines = m_machines;
+    machines.append(machine);
+    std::stable_sort(machines.begin(), machines.end(), before);
+    m_machinesSorted = true;
+    resetMachines(std::move(machines));
 }
 
 void AppModel::noteAnnouncedBusy(const Machine& machine) {
@@ -183,14 +185,13 @@ void AppModel::checkConnection(CheckFailure failure) {
 }
 
 void AppModel::updateStatus(Machine::ConnectionStatus status, const QString& machineID) {
-    QList<Machine> machines = m_machines;
-    const auto entry = std::find_if(machines.begin(), machines.end(),
+    const auto entry = std::find_if(m_machines.cbegin(), m_machines.cend(),
                                     [&](const Machine& m) { return m.id() == machineID; });
-    if (entry == machines.end())
+    if (entry == m_machines.cend())
         return;
-    entry->status = status;
-    const Machine updated = *entry;
-    setMachines(std::move(machines));
+    Machine updated = *entry;
+    updated.status = status;
+    changeMachine(entry - m_machines.cbegin(), updated);
     if (m_selectedMachine && m_selectedMachine->id() == machineID) {
         setSelectedMachine(updated);
         m_persistence->setSelectedMachine(m_selectedMachine);
@@ -206,7 +207,7 @@ std::optional<Error> AppModel::addManualMachine(const QString& ipAddress, quint1
     const bool listed = std::any_of(m_machines.begin(), m_machines.end(),
                                     [&](const Machine& m) { return m.id() == machine.id(); });
     if (!listed) {
-        setMachines(m_machines + QList<Machine>{machine});
+        insertMachine(m_machines.size(), machine);
         m_machinesSorted = false;
     }
     setSelectedMachine(machine);
@@ -336,8 +337,26 @@ void AppModel::cancelUpload() {
         m_uploader->cancel();
 }
 
-void AppModel::setMachines(QList<Machine> machines) {
-    assign(m_machines, std::move(machines), &AppModel::machinesChanged);
+void AppModel::insertMachine(qsizetype row, const Machine& machine) {
+    m_machines.insert(row, machine);
+    Q_EMIT machineInserted(int(row));
+    Q_EMIT machinesChanged();
+}
+
+void AppModel::changeMachine(qsizetype row, const Machine& machine) {
+    if (m_machines.at(row) == machine)
+        return;
+    m_machines[row] = machine;
+    Q_EMIT machineChanged(int(row));
+    Q_EMIT machinesChanged();
+}
+
+void AppModel::resetMachines(QList<Machine> machines) {
+    if (m_machines == machines)
+        return;
+    m_machines = std::move(machines);
+    Q_EMIT machinesReset();
+    Q_EMIT machinesChanged();
 }
 
 void AppModel::setRecentFiles(QList<JobFile> files) {

@@ -95,6 +95,12 @@ public:
 
 Q_SIGNALS:
     void machinesChanged();
+    // The rows of machines() that a change touched, each emitted just before machinesChanged():
+    // a machine inserted at `row`, the machine at `row` changed in place (its id stays), or the
+    // whole list replaced.
+    void machineInserted(int row);
+    void machineChanged(int row);
+    void machinesReset();
     void selectedMachineChanged();
     void selectedFileChanged();
     void recentFilesChanged();
@@ -127,7 +133,9 @@ private:
 
     template <typename T>
     void assign(T& field, T value, void (AppModel::*changed)());
-    void setMachines(QList<Machine> machines);
+    void insertMachine(qsizetype row, const Machine& machine);
+    void changeMachine(qsizetype row, const Machine& machine);
+    void resetMachines(QList<Machine> machines);
     void setRecentFiles(QList<JobFile> files);
     void setSelectedMachine(const std::optional<Machine>& machine);
     void setProgress(const std::optional<TransferProgress>& progress);

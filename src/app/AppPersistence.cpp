@@ -85,13 +85,13 @@ bool lockWithin(QLockFile& lock, std::chrono::milliseconds wait) {
 // QSettings keeps the first error it meets for the life of a handle, so each write that reports
 // errors takes a handle of its own on the same store.
 std::unique_ptr<QSettings> reopened(const QSettings& store) {
-    if (store.format() == QSettings::IniFormat)
-        return std::make_unique<QSettings>(store.fileName(), QSettings::IniFormat);
+    if (store.format() == settings::fileFormat())
+        return settings::openStoreFile(store.fileName());
     return openStandardStore();
 }
 
 std::optional<Error> statusError(const QSettings& store) {
-    switch (store.status()) {
+    switch (settings::isReadable(store) ? store.status() : QSettings::FormatError) {
     case QSettings::NoError:
         return std::nullopt;
     case QSettings::AccessError:
@@ -166,7 +166,7 @@ QList<UploadRecord> AppPersistence::uploadRecords() const {
 std::optional<QList<UploadRecord>> AppPersistence::readUploadRecords() const {
     const std::unique_ptr<QSettings> store = reopened(*m_store);
     store->sync();
-    if (store->status() != QSettings::NoError)
+    if (statusError(*store))
         return std::nullopt;
     if (!store->contains(uploadsKey))
         return QList<UploadRecord>();
@@ -175,6 +175,12 @@ std::optional<QList<UploadRecord>> AppPersistence::readUploadRecords() const {
 
 std::optional<Error> AppPersistence::recordUpload(const UploadRecord& record) {
     const std::unique_ptr<QSettings> store = reopened(*m_store);
+    if (!settings::isReplaceable(*store))
+        return fileError(int(QSettings::AccessError),
+                         QCoreApplication::translate("AppPersistence",
+                                                     "The settings store %1 is not a regular "
+                                                     "file, so it is left as it is.")
+                             .arg(store->fileName()));
     const QString lockPath = settings::writeLockPath(*store);
     // Before the first write the store's folder may not exist yet.
     QDir().mkpath(QFileInfo(lockPath).absolutePath());

@@ -1,13 +1,78 @@
 #include "app/SettingsStore.h"
 
 #include "BuildConfig.h"
+#include "app/IniText.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QFileDevice>
+#include <QFileInfo>
+
+#include <optional>
 
 namespace tarnwick {
 
 namespace settings {
+
+namespace {
+
+bool isReplaceableFile(const QString& path) {
+    const QFileInfo target(path);
+    return !target.exists() || target.isFile();
+}
+
+bool isReadableFile(const QString& path) {
+    QFile file(path);
+    return !file.exists() || (file.open(QIODevice::ReadOnly) && parseIniText(file.readAll()));
+}
+
+bool readStoreFile(QIODevice& device, QSettings::SettingsMap& values) {
+    std::optional<QSettings::SettingsMap> read = parseIniText(device.readAll());
+    if (read)
+        values = std::move(*read);
+    return read.has_value();
+}
+
+// QSettings renames its temporary file over the store even when the last bytes could not be
+// written (a full disk), so the write proves itself here: false leaves the store as it was.
+bool writeStoreFile(QIODevice& device, const QSettings::SettingsMap& values) {
+    auto* file = qobject_cast<QFileDevice*>(&device);
+    if (!file || !isReplaceableFile(file->fileName()))
+        return false;
+    // A store that cannot be read would be replaced by only what this handle knows of it.
+    if (!isReadableFile(file->fileName()))
+        return false;
+    const QByteArray text = iniText(values);
+    if (device.write(text) != text.size())
+        return false;
+    while (file->bytesToWrite() > 0) {
+        if (!file->flush())
+            return false;
+    }
+    return file->error() == QFileDevice::NoError;
+}
+
+} // namespace
+
+QSettings::Format fileFormat() {
+    // "conf" keeps the Linux store where QSettings' own format kept it.
+    static const QSettings::Format format =
+        QSettings::registerFormat(QStringLiteral("conf"), readStoreFile, writeStoreFile);
+    return format;
+}
+
+std::unique_ptr<QSettings> openStoreFile(const QString& path) {
+    return std::make_unique<QSettings>(path, fileFormat());
+}
+
+bool isReplaceable(const QSettings& store) {
+    return store.format() != fileFormat() || isReplaceableFile(store.fileName());
+}
+
+bool isReadable(const QSettings& store) {
+    return store.format() != fileFormat() || isReadableFile(store.fileName());
+}
 
 bool automaticUpdateChecks(const QSettings& store) {
     const QVariant value = store.value(automaticUpdateChecksKey);
@@ -59,8 +124,13 @@ QString writeLockPath(const QSettings& store) {
 std::unique_ptr<QSettings> openStandardStore() {
     const QString file = qEnvironmentVariable(settings::storeFileVariable);
     if (!file.isEmpty())
-        return std::make_unique<QSettings>(file, QSettings::IniFormat);
-    return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
+        return settings::openStoreFile(file);
+#if defined(Q_OS_MACOS) || defined(Q_OS_WIN)
+    const QSettings::Format format = QSettings::NativeFormat;
+#else
+    const QSettings::Format format = settings::fileFormat();
+#endif
+    return std::make_unique<QSettings>(format, QSettings::UserScope,
                                        QLatin1String(build::organizationName),
                                        QLatin1String(build::applicationName));
 }

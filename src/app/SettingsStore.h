@@ -36,6 +36,19 @@ void setInstallIdentifier(QSettings& store, const QString& identifier);
 QByteArray windowGeometry(const QSettings& store);
 void setWindowGeometry(QSettings& store, const QByteArray& geometry);
 
+// The format of every store that is a file: INI text, written whole to a temporary file that
+// replaces the store only once every byte of it is written, and never over anything but a
+// regular file or a store that reads.
+QSettings::Format fileFormat();
+// The store kept in the file at `path`.
+std::unique_ptr<QSettings> openStoreFile(const QString& path);
+// False when the store is a file that is something other than a regular file (after following
+// links), which is never replaced.
+bool isReplaceable(const QSettings& store);
+// False when the store is a file that does not read whole. QSettings shares what it read of a
+// file among its handles, so a handle opened after a failed read reports no error of its own.
+bool isReadable(const QSettings& store);
+
 // The lock file that every read-modify-write of `store` holds, so that the app and the
 // command-line tool never overwrite each other's additions.
 QString writeLockPath(const QSettings& store);

@@ -1,5 +1,6 @@
 #include "cli/ScanCommand.h"
 
+#include "app/DisplayName.h"
 #include "app/PortNumber.h"
 #include "cli/Console.h"
 #include "discovery/LANMachineDiscoverer.h"
@@ -23,21 +24,12 @@ std::optional<std::chrono::milliseconds> parseSeconds(const QString& text) {
     return std::chrono::milliseconds(qint64(std::ceil(seconds * 1000)));
 }
 
-// One machine per line whatever its announced name holds.
-QString printableName(QString name) {
-    for (QChar& c : name) {
-        if (c.category() == QChar::Other_Control)
-            c = u' ';
-    }
-    return name;
-}
-
 void printMachine(const Machine& machine, bool json) {
     if (json) {
         printJsonLine(machine.toJson());
         return;
     }
-    out() << printableName(machine.name) << '\t' << machine.id() << '\t' << rawValue(machine.status)
+    out() << displayName(machine.name) << '\t' << machine.id() << '\t' << rawValue(machine.status)
           << '\n';
     out().flush();
 }

@@ -19,6 +19,10 @@ LANMachineScan::LANMachineScan(quint16 port, std::chrono::milliseconds duration,
         endSoon(socketError(*m_socket));
         return;
     }
+    // The system's default buffer holds a few hundred announcements; thousands of machines
+    // announcing within a fraction of a second would overflow it before a busy event loop reads.
+    // The system may grant less (Linux caps it at net.core.rmem_max); the scan works either way.
+    m_socket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, receiveBufferSize);
     m_listening = true;
     connect(m_socket, &QUdpSocket::readyRead, this, &LANMachineScan::readPendingDatagrams);
     connect(m_socket, &QUdpSocket::errorOccurred, this, &LANMachineScan::handleSocketError);

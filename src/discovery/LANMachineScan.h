@@ -39,6 +39,7 @@ private:
     // Holds the largest UDP payload, so no datagram is cut; reused for every datagram, so a
     // flood of announcements needs no buffer of its own.
     static constexpr qsizetype largestDatagram = 65536;
+    static constexpr int receiveBufferSize = 4 << 20;
     QByteArray m_buffer;
 };
 

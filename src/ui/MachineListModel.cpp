@@ -1,45 +1,44 @@
 #include "ui/MachineListModel.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "ui/Formatting.h"
 #include "ui/ManualEntryRules.h"
 
 namespace tarnwick::ui {
 
-namespace {
-
-bool sameMachine(const Machine& a, const Machine& b) {
-    return a.port == b.port && a.ipAddress == b.ipAddress;
-}
-
-} // namespace
-
 MachineListModel::MachineListModel(AppModel& model, QObject* parent)
     : QAbstractListModel(parent)
     , m_model(model) {
-    connect(&m_model, &AppModel::machinesChanged, this, &MachineListModel::follow);
+    connect(&m_model, &AppModel::machineInserted, this, &MachineListModel::insertRow);
+    connect(&m_model, &AppModel::machineChanged, this, &MachineListModel::changeRow);
+    connect(&m_model, &AppModel::machinesReset, this, &MachineListModel::reset);
     connect(&m_model, &AppModel::selectedMachineChanged, this, &MachineListModel::followSelection);
-    follow();
+    reset();
     followSelection();
 }
 
 int MachineListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : int(m_rows.size());
+    return parent.isValid() ? 0 : m_rowCount;
+}
+
+const Machine& MachineListModel::machine(int row) const {
+    return m_model.machines().at(row);
 }
 
 QVariant MachineListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const Machine& machine = m_rows.at(index.row());
+    const Machine& machine = this->machine(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return machine.name;
+        return displayName(machine.name);
     case Qt::ToolTipRole:
-        return tr("%1 at %2").arg(machine.name, machineAddress(machine));
+        return tr("%1 at %2").arg(displayName(machine.name), machineAddress(machine));
     case Qt::AccessibleTextRole:
         //: A machine in the sidebar as assistive technology reads it: name, address, status.
         return tr("%1, %2, %3")
-            .arg(machine.name, shownAddress(machine), statusWord(machine.status));
+            .arg(displayName(machine.name), shownAddress(machine), statusWord(machine.status));
     case AddressRole:
         return shownAddress(machine);
     case StatusRole: {
@@ -56,8 +55,9 @@ QVariant MachineListModel::data(const QModelIndex& index, int role) const {
 }
 
 int MachineListModel::row(const QString& machineID) const {
-    for (int i = 0; i < m_rows.size(); ++i)
-        if (m_rows[i].id() == machineID)
+    const QList<Machine>& machines = m_model.machines();
+    for (int i = 0; i < m_rowCount; ++i)
+        if (machines[i].id() == machineID)
             return i;
     return -1;
 }
@@ -71,60 +71,26 @@ void MachineListModel::followSelection() {
     m_selectedID = selectedID;
 }
 
-void MachineListModel::follow() {
-    // A view may answer a change by changing the machines again; that change waits until this
-    // one is complete, and is then followed from the rows as they are.
-    if (m_following) {
-        m_followAgain = true;
-        return;
-    }
-    m_following = true;
-    do {
-        m_followAgain = false;
-        followOnce(m_model.machines());
-    } while (m_followAgain);
-    m_following = false;
+void MachineListModel::insertRow(int row) {
+    // A view may answer the insertion by changing the machines again.
+    const QString address = machine(row).ipAddress;
+    beginInsertRows({}, row, row);
+    ++m_rowCount;
+    endInsertRows();
+    countAddress(address, +1);
 }
 
-void MachineListModel::followOnce(QList<Machine> next) {
-    if (next.size() == m_rows.size() + 1 && followInsertion(next))
-        return;
-    if (next.size() == m_rows.size()) {
-        changeRows(next);
-        return;
-    }
+void MachineListModel::changeRow(int row) {
+    Q_EMIT dataChanged(index(row), index(row));
+}
+
+void MachineListModel::reset() {
     beginResetModel();
-    m_rows = next;
+    m_rowCount = int(m_model.machines().size());
     m_addressCounts.clear();
-    for (const Machine& machine : std::as_const(m_rows))
+    for (const Machine& machine : m_model.machines())
         ++m_addressCounts[machine.ipAddress];
     endResetModel();
-}
-
-bool MachineListModel::followInsertion(const QList<Machine>& next) {
-    int at = 0;
-    while (at < m_rows.size() && sameMachine(m_rows[at], next[at]))
-        ++at;
-    for (int i = at; i < m_rows.size(); ++i)
-        if (!sameMachine(m_rows[i], next[i + 1]))
-            return false;
-    beginInsertRows({}, at, at);
-    m_rows.insert(at, next[at]);
-    endInsertRows();
-    countAddress(next[at].ipAddress, +1);
-    changeRows(next);
-    return true;
-}
-
-void MachineListModel::changeRows(const QList<Machine>& next) {
-    for (int i = 0; i < m_rows.size(); ++i) {
-        if (m_rows[i] == next[i])
-            continue;
-        countAddress(m_rows[i].ipAddress, -1);
-        m_rows[i] = next[i];
-        countAddress(m_rows[i].ipAddress, +1);
-        Q_EMIT dataChanged(index(i), index(i));
-    }
 }
 
 void MachineListModel::countAddress(const QString& address, int change) {
@@ -135,8 +101,8 @@ void MachineListModel::countAddress(const QString& address, int change) {
     if (count <= 0)
         m_addressCounts.remove(address);
     // Rows of another machine at this address now show or hide their port.
-    if (sharedBefore != sharedAfter && !m_rows.isEmpty())
-        Q_EMIT dataChanged(index(0), index(int(m_rows.size()) - 1), {AddressRole});
+    if (sharedBefore != sharedAfter && m_rowCount > 0)
+        Q_EMIT dataChanged(index(0), index(m_rowCount - 1), {AddressRole});
 }
 
 QString MachineListModel::shownAddress(const Machine& machine) const {

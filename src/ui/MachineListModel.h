@@ -11,9 +11,9 @@ class AppModel;
 
 namespace tarnwick::ui {
 
-// The model's machines as a list for the sidebar. It follows every change of the machines in
-// place (a row inserted, a row changed) rather than rebuilding, so that a scan that hears
-// hundreds of machines costs the window little for each one.
+// The model's machines as a list for the sidebar. It forwards the model's row changes (a row
+// inserted, a row changed) rather than rebuilding, so that a scan that hears hundreds of
+// machines costs the window little for each one.
 class MachineListModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -35,25 +35,23 @@ public:
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
-    const Machine& machine(int row) const { return m_rows.at(row); }
+    const Machine& machine(int row) const;
     // The row of the machine with this id, or -1.
     int row(const QString& machineID) const;
 
 private:
-    void follow();
+    void insertRow(int row);
+    void changeRow(int row);
+    void reset();
     void followSelection();
-    void followOnce(QList<Machine> next);
-    bool followInsertion(const QList<Machine>& next);
-    void changeRows(const QList<Machine>& next);
     void countAddress(const QString& address, int change);
     QString shownAddress(const Machine& machine) const;
 
     AppModel& m_model;
-    QList<Machine> m_rows;
+    // The rows the views were told of; the model's list has as many between its signals.
+    int m_rowCount = 0;
     QHash<QString, int> m_addressCounts;
     QString m_selectedID;
-    bool m_following = false;
-    bool m_followAgain = false;
 };
 
 } // namespace tarnwick::ui

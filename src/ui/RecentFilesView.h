@@ -3,7 +3,8 @@
 #include <QWidget>
 
 class QLabel;
-class QVBoxLayout;
+class QListView;
+class QModelIndex;
 
 namespace tarnwick {
 class AppModel;
@@ -11,22 +12,24 @@ class AppModel;
 
 namespace tarnwick::ui {
 
+class RecentFilesModel;
+
 // The most recent job files, each a row that chooses it again.
 class RecentFilesView : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr int maximumRows = 5;
-
     explicit RecentFilesView(AppModel& model, QWidget* parent = nullptr);
 
 private:
-    void showFiles();
+    void choose(const QModelIndex& index);
+    void fitRows();
 
     AppModel& m_model;
+    RecentFilesModel* m_files;
     QLabel* m_emptyText;
-    QWidget* m_rows;
-    QVBoxLayout* m_rowsLayout;
+    QListView* m_list;
+    bool m_choosing = false;
 };
 
 } // namespace tarnwick::ui

@@ -53,6 +53,13 @@ private Q_SLOTS:
         AppModel* model = h->model.get();
         model->addManualMachine(u"10.0.0.9"_s, 2222);
         QSignalSpy discovering(model, &AppModel::isDiscoveringChanged);
+        // The rows each change touched, as the sidebar hears of them.
+        QStringList rows;
+        connect(model, &AppModel::machineInserted, this,
+                [&](int row) { rows << u"+%1"_s.arg(row); });
+        connect(model, &AppModel::machineChanged, this,
+                [&](int row) { rows << u"~%1"_s.arg(row); });
+        connect(model, &AppModel::machinesReset, this, [&] { rows << u"reset"_s; });
         model->discover();
         QCOMPARE(h->discoverer->durations,
                  QList<std::chrono::milliseconds>{std::chrono::seconds(3)});
@@ -69,6 +76,7 @@ private Q_SLOTS:
         QCOMPARE(names(model->machines()),
                  QStringList({u"beta discovered"_s, u"delta discovered"_s, u"gamma discovered"_s,
                               u"Manual machine connecting"_s, u"zulu busy"_s}));
+        QCOMPARE(rows, QStringList({u"+0"_s, u"+0"_s, u"+1"_s, u"~0"_s, u"reset"_s}));
         Q_EMIT h->discoverer->scans.last()->finished();
         QCOMPARE(discovering.count(), 2);
 

@@ -1,5 +1,7 @@
 #include "app/AppPersistence.h"
+#include "app/DisplayName.h"
 #include "app/Errors.h"
+#include "app/IniText.h"
 #include "app/JobFile.h"
 #include "app/Machine.h"
 #include "app/SettingsStore.h"
@@ -14,7 +16,12 @@
 #include <QProcess>
 #include <QTest>
 
+#include <csignal>
 #include <limits>
+
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#endif
 
 using namespace tarnwick;
 using namespace Qt::StringLiterals;
@@ -27,6 +34,15 @@ const QDateTime newYear2026 = QDateTime(QDate(2026, 1, 1), QTime(0, 0), Qt::UTC)
 Machine mill() {
     return {u"Mill"_s, std::nullopt, u"192.168.1.40"_s, 2222, Machine::ConnectionStatus::Connected};
 }
+
+enum class Store {
+    Locked,
+    InAFile,
+    RandomBytes,
+    LinkToFolder,
+    DiskFull,
+    LinkToFile
+};
 
 UploadRecord record(int n) {
     return {u"192.168.1.40:2222"_s, u"/jobs/%1.nc"_s.arg(n), 100 + n, newYear2026.addSecs(n)};
@@ -257,36 +273,117 @@ private Q_SLOTS:
         QCOMPARE(QSet<UploadRecord>(stored.begin(), stored.end()), expected);
     }
 
-    // What was stored stays, and the error says why nothing was added.
+    // What was stored stays, byte for byte, and the error says why nothing was added.
+    void historyThatCannotBeSaved_data() {
+        QTest::addColumn<Store>("store");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("locked") << Store::Locked << int(QLockFile::LockFailedError)
+                                << u"The settings store %1 stayed locked by another program."_s;
+        QTest::newRow("in a file") << Store::InAFile << int(QLockFile::UnknownError)
+                                   << u"The lock file %1.write-lock could not be created."_s;
+        QTest::newRow("random bytes")
+            << Store::RandomBytes << int(QSettings::FormatError)
+            << u"The settings store %1 is not in a format that can be read."_s;
+        QTest::newRow("link to a folder")
+            << Store::LinkToFolder << int(QSettings::AccessError)
+            << u"The settings store %1 is not a regular file, so it is left as it is."_s;
+        QTest::newRow("disk full") << Store::DiskFull << int(QSettings::AccessError)
+                                   << u"The settings store %1 could not be read or written."_s;
+        QTest::newRow("link to a file") << Store::LinkToFile << 0 << QString();
+    }
     void historyThatCannotBeSaved() {
-        QVERIFY(QDir(m_dir.path()).mkpath(u"folder.ini"_s));
-        writeFile(m_dir, u"file"_s, "not a folder");
-        persistence().recordUpload(record(1));
-        const struct {
-            const char* store;
-            bool locked;
-            int code;
-            const char* message;
-        } rows[] = {
-            {"folder.ini", false, QSettings::AccessError,
-             "The settings store %1 could not be read or written."},
-            {"store.ini", true, QLockFile::LockFailedError,
-             "The settings store %1 stayed locked by another program."},
-            {"file/store.ini", false, QLockFile::UnknownError,
-             "The lock file %1.write-lock could not be created."},
+        QFETCH(Store, store);
+        QFETCH(int, code);
+        QFETCH(QString, message);
+        const QTemporaryDir dir;
+        const QString target = dir.filePath(u"target"_s);
+        const QString path =
+            dir.filePath(store == Store::InAFile ? u"target/store.ini"_s : u"store.ini"_s);
+        const bool linked = store == Store::LinkToFolder || store == Store::LinkToFile;
+        if (store == Store::InAFile || store == Store::RandomBytes)
+            writeFile(dir, store == Store::InAFile ? u"target"_s : u"store.ini"_s, patterned(999));
+        else if (store == Store::LinkToFolder)
+            QVERIFY(QDir(dir.path()).mkdir(u"target"_s));
+        else
+            QCOMPARE(AppPersistence(settings::openStoreFile(linked ? target : path))
+                         .recordUpload(record(1)),
+                     std::nullopt);
+#ifdef Q_OS_UNIX
+        QVERIFY(!linked || QFile::link(target, path));
+#else
+        if (linked || store == Store::DiskFull)
+            QSKIP("Needs symbolic links and a limit on the size of written files.");
+#endif
+        const auto contents = [&path] {
+            QFile file(path);
+            return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                                              : QByteArray();
         };
-        for (const auto& row : rows) {
-            const QString path = m_dir.filePath(QLatin1String(row.store));
-            AppPersistence history(std::make_unique<QSettings>(path, QSettings::IniFormat));
-            history.setLockWait(std::chrono::milliseconds(10));
-            QLockFile otherWriter(path + u".write-lock"_s);
-            QVERIFY(!row.locked || otherWriter.lock());
-            const PlatformError expected{PlatformError::Domain::File, row.code,
-                                         QString::fromUtf8(row.message).arg(path)};
-            QCOMPARE(history.recordUpload(record(2)), std::optional(Error(expected)));
-            QCOMPARE(history.uploadRecords(),
-                     row.locked ? QList<UploadRecord>{record(1)} : QList<UploadRecord>());
+        const QByteArray before = contents();
+
+        AppPersistence history(settings::openStoreFile(path));
+        history.setLockWait(std::chrono::milliseconds(10));
+        QLockFile otherWriter(path + u".write-lock"_s);
+        QVERIFY(store != Store::Locked || otherWriter.lock());
+        std::optional<Error> error;
+        {
+#ifdef Q_OS_UNIX
+            // The kernel refuses writes past the store's present size, as a full disk would.
+            rlimit unlimited{};
+            QVERIFY(getrlimit(RLIMIT_FSIZE, &unlimited) == 0);
+            const auto restore = qScopeGuard([&] {
+                setrlimit(RLIMIT_FSIZE, &unlimited);
+                std::signal(SIGXFSZ, SIG_DFL);
+            });
+            if (store == Store::DiskFull) {
+                std::signal(SIGXFSZ, SIG_IGN);
+                const rlimit full{rlim_t(before.size()), unlimited.rlim_max};
+                QVERIFY(setrlimit(RLIMIT_FSIZE, &full) == 0);
+            }
+#endif
+            error = history.recordUpload(record(2));
         }
+        if (message.isEmpty()) {
+            QCOMPARE(error, std::nullopt);
+            QVERIFY(QFileInfo(path).isSymLink());
+            QCOMPARE(history.uploadRecords(), QList<UploadRecord>({record(2), record(1)}));
+            return;
+        }
+        const PlatformError expected{PlatformError::Domain::File, code, message.arg(path)};
+        QCOMPARE(error, std::optional(Error(expected)));
+        QVERIFY(store != Store::LinkToFolder || QFileInfo(target).isDir());
+        QCOMPARE(contents(), before);
+    }
+
+    // A store that QSettings' own INI format wrote reads the same, and the other way round.
+    void storeFileIsQSettingsIni_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("JSON") << u"uploads"_s << QVariant(QByteArray(R"([{"a":"b, c;d=e\\"}])"));
+        QTest::newRow("bytes") << u"mainWindowGeometry"_s
+                               << QVariant(QByteArray("\x00"
+                                                      "1\xff\x7f\n\\ ",
+                                                      7));
+        QTest::newRow("text") << u"installIdentifier"_s << QVariant(u" @x\tü\u202E\n\"; =,"_s);
+        QTest::newRow("odd key") << u"group/odd key%"_s << QVariant(u"@"_s);
+        QTest::newRow("General") << u"General/x"_s << QVariant(true);
+    }
+    void storeFileIsQSettingsIni() {
+        QFETCH(QString, key);
+        QFETCH(QVariant, value);
+        const QString path = m_dir.filePath(u"qt.ini"_s);
+        QFile::remove(path);
+        QSettings(path, QSettings::IniFormat).setValue(key, value);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QVariant read = value.typeId() == QMetaType::Bool ? value.toString() : value;
+        QCOMPARE(settings::parseIniText(file.readAll()), QSettings::SettingsMap({{key, read}}));
+        file.close();
+        writeFile(m_dir, u"qt.ini"_s, settings::iniText({{key, value}}));
+        const QSettings qt(path, QSettings::IniFormat);
+        QCOMPARE(qt.allKeys(), QStringList{key});
+        QCOMPARE(qt.value(key), read);
     }
 
     void storeOverrideAndUpdateSwitch() {
@@ -294,7 +391,7 @@ private Q_SLOTS:
         qputenv(settings::storeFileVariable, file.toUtf8());
         const std::unique_ptr<QSettings> store = openStandardStore();
         QCOMPARE(std::pair(store->fileName(), store->format()),
-                 std::pair(file, QSettings::IniFormat));
+                 std::pair(file, settings::fileFormat()));
         // Only false, as a Boolean or as the text an INI file gives back, turns the checks off.
         QList<bool> enabled{settings::automaticUpdateChecks(*store)};
         for (const QVariant& value : {QVariant(false), QVariant(u"false"_s), QVariant(true),
@@ -303,6 +400,20 @@ private Q_SLOTS:
             enabled << settings::automaticUpdateChecks(*store);
         }
         QCOMPARE(enabled, QList<bool>({true, false, false, true, true, true}));
+    }
+
+    // A name from the network stays on its line and cannot turn the text after it around.
+    void displayNames() {
+        const std::pair<const char16_t*, const char16_t*> names[] = {
+            {u"Mill 2", u"Mill 2"},
+            {u"Line\nfeed", u"Line\u240Afeed"},
+            {u"Car\rriage\ttab", u"Car\u240Driage\u2409tab"},
+            {u"x\u007Fy\u0085z\u2028", u"x\u2421y\uFFFDz\u2424"},
+            {u"\u202Eevil", u"\u2068\u202Eevil\u2069"},
+            {u"\u05DE\u05DB\u05D5\u05E0\u05D4 3", u"\u2068\u05DE\u05DB\u05D5\u05E0\u05D4 3\u2069"},
+        };
+        for (const auto& [announced, shown] : names)
+            QCOMPARE(displayName(QString::fromUtf16(announced)), QString::fromUtf16(shown));
     }
 
     void byteCountsUseDecimalUnits() {
@@ -352,7 +463,7 @@ int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     const QStringList arguments = application.arguments();
     if (arguments.size() == 4 && arguments[1] == u"--record") {
-        AppPersistence persistence(std::make_unique<QSettings>(arguments[2], QSettings::IniFormat));
+        AppPersistence persistence(settings::openStoreFile(arguments[2]));
         for (int n = arguments[3].toInt(); n < arguments[3].toInt() + 10; ++n) {
             if (const std::optional<Error> error = persistence.recordUpload(record(n))) {
                 qWarning("%s", qPrintable(error->description()));

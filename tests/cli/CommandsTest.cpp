@@ -1,6 +1,7 @@
 #include "BuildConfig.h"
 #include "app/AppPersistence.h"
 #include "app/Errors.h"
+#include "app/SettingsStore.h"
 #include "cli/ExitCode.h"
 #include "cli/ProgressBar.h"
 #include "discovery/Announcer.h"
@@ -54,9 +55,7 @@ struct CliResult {
 // tarnwick-cli with a settings store of its own, kept across the runs of one object.
 class Cli {
 public:
-    std::unique_ptr<QSettings> store() const {
-        return std::make_unique<QSettings>(storePath(), QSettings::IniFormat);
-    }
+    std::unique_ptr<QSettings> store() const { return settings::openStoreFile(storePath()); }
 
     // Runs the tool to its end (at most 30 s, else exit code -1) while this thread's event loop
     // turns, calling whileRunning every 50 ms.
@@ -147,10 +146,12 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QStringList>("expected");
         cliRow("lines", scan, 0,
-               u"Mill\t192.168.1.20:4000\tbusy\nTab and line\t10.0.0.3:2222\tdiscovered\n"_s);
+               u"Mill\t192.168.1.20:4000\tbusy\n"
+               u"\u2068Tab\u2409and\u240Aline\u202E\u2069\t10.0.0.3:2222\tdiscovered\n"_s);
         cliRow("json", scan + u"--json"_s, 0,
                uR"({"ipAddress":"192.168.1.20","name":"Mill","port":4000,"status":"busy"}
-{"ipAddress":"10.0.0.3","name":"Tab\tand\nline","port":2222,"status":"discovered"}
+{"ipAddress":"10.0.0.3","name":"Tab\tand\nline)"_s +
+                   u"\u202E"_s + uR"(","port":2222,"status":"discovered"}
 )"_s);
         // Whatever the platform calls a taken port, the tool passes it on.
         QUdpSocket rival;
@@ -206,7 +207,7 @@ private Q_SLOTS:
             announce(scanPort, "Mill,192.168.1.20,4000,1");
             if (tool.bytesAvailable() > 0) {
                 announce(scanPort, "Mill,192.168.1.20,4000,0");
-                announce(scanPort, "Tab\tand\nline,10.0.0.3,2222,0");
+                announce(scanPort, "Tab\tand\nline\xE2\x80\xAE,10.0.0.3,2222,0");
             }
         });
         QCOMPARE(result.all(), expected);
@@ -458,11 +459,16 @@ private Q_SLOTS:
         QVERIFY(file.seek(0));
         QCOMPARE(file.readAll(), stored);
 
+        const QStringList unreadable{u"1"_s,
+                                     {},
+                                     u"The upload history in %1 could not be read.\n"_s.arg(
+                                         QDir::toNativeSeparators(file.fileName()))};
         cli.store()->setValue(u"uploads"_s, QByteArray("[{\"damaged\""));
-        QCOMPARE(run({}), QStringList({u"1"_s,
-                                       {},
-                                       u"The upload history in %1 could not be read.\n"_s.arg(
-                                           QDir::toNativeSeparators(file.fileName()))}));
+        QCOMPARE(run({}), unreadable);
+        file.close();
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(patterned(999)) == 999);
+        file.close();
+        QCOMPARE(run({}), unreadable);
     }
 
     void lines() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/SettingsStore.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QRandomGenerator>
@@ -14,8 +16,7 @@ namespace tarnwick::testing {
 // A settings store in a temporary folder, never the user's own.
 inline std::unique_ptr<QSettings> temporaryStore(const QTemporaryDir& dir,
                                                  const QString& name = QStringLiteral("store")) {
-    return std::make_unique<QSettings>(dir.filePath(name + QStringLiteral(".ini")),
-                                       QSettings::IniFormat);
+    return settings::openStoreFile(dir.filePath(name + QStringLiteral(".ini")));
 }
 
 inline QUrl writeFile(const QTemporaryDir& dir, const QString& name, const QByteArray& content) {

@@ -3,6 +3,7 @@
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
 #include "ui/MachineListModel.h"
+#include "ui/RecentFilesModel.h"
 #include "ui/StatusBadge.h"
 #include "ui/ToggleSwitch.h"
 #include "ui/UploadConfirmationView.h"
@@ -204,17 +205,17 @@ private Q_SLOTS:
         const Machine gamma = ModelHarness::machine(u"gamma"_s, u"10.0.0.3"_s);
         for (const Machine& machine :
              {gamma, ModelHarness::machine(u"Alpha"_s, u"10.0.0.9"_s, 2223),
-              ModelHarness::machine(u"beta"_s, u"10.0.0.9"_s)})
+              ModelHarness::machine(u"beta\n2"_s, u"10.0.0.9"_s)})
             Q_EMIT scan->machineFound(machine);
         h->model->selectMachine(gamma);
         Q_EMIT scan->machineFound(Machine{u"aardvark"_s, {}, u"10.0.0.3"_s, 2222, Status::Busy});
         QCOMPARE(resets.size(), 0);
         QCOMPARE(inserts.size(), 3);
-        // Name order, a renamed machine stays in place; the port shows where it is not the
-        // usual one or the address is shared.
+        // Name order, a renamed machine stays in place, a line break shows as a symbol; the port
+        // shows where it is not the usual one or the address is shared.
         const QList<std::tuple<QString, QString, Status>> expected{
             {u"Alpha"_s, u"10.0.0.9:2223"_s, Status::Discovered},
-            {u"beta"_s, u"10.0.0.9:2222"_s, Status::Discovered},
+            {u"beta\u240A2"_s, u"10.0.0.9:2222"_s, Status::Discovered},
             {u"aardvark"_s, u"10.0.0.3"_s, Status::Connecting}};
         QCOMPARE(rows->rowCount(), expected.size());
         for (int row = 0; row < rows->rowCount(); ++row) {
@@ -432,22 +433,24 @@ private Q_SLOTS:
         QCOMPARE(QGuiApplication::clipboard()->text(), u"/sd/gcodes/"_s + longName + u".nc"_s);
     }
 
-    void recentFilesShowFiveRowsWithDividersBetween() {
+    void recentFilesShowTheFiveNewestAndChooseAgain() {
         QList<JobFile> files;
         for (int i = 1; i <= 6; ++i) {
             files.append(h->jobFile(u"job%1.nc"_s.arg(i), i * 1000));
             h->model->chooseFile(files.last());
         }
-        QStringList kinds;
-        QLayout* rows = find<QPushButton>("recentFileRow")->parentWidget()->layout();
-        for (int i = 0; i < rows->count(); ++i)
-            kinds.append(rows->itemAt(i)->widget()->objectName());
-        const QString row = u"recentFileRow"_s, divider = u"recentDivider"_s;
-        QCOMPARE(kinds, (QStringList{row, divider, row, divider, row, divider, row, divider, row}));
-        const QList<QPushButton*> buttons = find("recentFiles")->findChildren<QPushButton*>(row);
-        QCOMPARE(buttons.first()->accessibleName(), u"job6.nc"_s);
-        QTest::mouseClick(buttons[3], Qt::LeftButton);
+        auto* list = find<QListView>("recentFileList");
+        QStringList rows;
+        for (int row = 0; row < list->model()->rowCount(); ++row)
+            rows << list->model()->index(row, 0).data().toString() + u' ' +
+                        list->model()->index(row, 0).data(RecentFilesModel::SizeRole).toString();
+        QCOMPARE(rows, (QStringList{u"job6.nc 6 kB"_s, u"job5.nc 5 kB"_s, u"job4.nc 4 kB"_s,
+                                    u"job3.nc 3 kB"_s, u"job2.nc 2 kB"_s}));
+        QCOMPARE(list->height(), 5 * list->sizeHintForRow(0));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualRect(list->model()->index(3, 0)).center());
         QTRY_COMPARE(h->model->selectedFile(), std::optional(files[2]));
+        QCOMPARE(list->model()->index(0, 0).data().toString(), u"job3.nc"_s);
     }
 
     void droppedFilesAreValidatedLikeChosenOnes() {
