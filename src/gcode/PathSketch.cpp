@@ -15,6 +15,7 @@ double distanceSquared(const PathSketch::Vertex& from, const PathSketch::Vertex&
 
 // The reduction starts at this fraction of the path's span: a preview is a few hundred pixels.
 constexpr double firstStepDivisor = 4096;
+constexpr double coarseStepDivisor = 256;
 
 } // namespace
 
@@ -33,9 +34,10 @@ void PathSketch::add(const Vertex& vertex) {
         return;
     }
     if (m_hasPending) {
-        // A point within the step of the last kept one replaces it; a cut hidden that way
-        // still shows as a cut.
-        if (distanceSquared(m_vertices.back(), vertex) <= m_step * m_step) {
+        // Only a point within the step of the last kept one may be left out: the path then
+        // strays from the truth by less than the step, even where it turns back on itself. A
+        // cut hidden that way still shows as a cut.
+        if (distanceSquared(m_vertices.back(), m_pending) <= m_step * m_step) {
             m_pending = {vertex.x, vertex.y, std::max(m_pending.stroke, vertex.stroke)};
             return;
         }
@@ -69,7 +71,11 @@ void PathSketch::reduce() {
                                     [](const Vertex& a, const Vertex& b) { return a.y < b.y; });
             const double span = std::max(double(maxX->x) - minX->x, double(maxY->y) - minY->y);
             m_step = span > 0 ? span / firstStepDivisor : 1e-6;
+            m_coarseStep = m_step * firstStepDivisor / coarseStepDivisor;
         }
+        // Long moves that each turn back are only ever left out once the step is about a pixel
+        // of the drawing: a path of more of them than the budget holds is drawn in part.
+        const bool coarse = m_step > m_coarseStep;
         if (!std::isfinite(m_step)) {
             // Nothing finite is left to merge by: keep where the path starts and ends.
             m_vertices = {m_vertices.front(), m_vertices.back()};
@@ -82,7 +88,8 @@ void PathSketch::reduce() {
         bool holding = false;
         for (size_t index = 1; index < m_vertices.size(); ++index) {
             const Vertex& vertex = m_vertices[index];
-            if (holding && distanceSquared(kept.back(), vertex) <= m_step * m_step) {
+            if (holding &&
+                distanceSquared(kept.back(), coarse ? vertex : held) <= m_step * m_step) {
                 held = {vertex.x, vertex.y, std::max(held.stroke, vertex.stroke)};
                 continue;
             }

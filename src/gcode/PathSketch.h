@@ -7,9 +7,9 @@
 namespace tarnwick::gcode {
 
 // The toolpath seen from above, reduced as it grows so that it never holds more than its
-// budget of vertices: points closer together than the current step merge, and the step
-// doubles whenever the budget fills. What is lost is finer than a drawing of the whole path
-// could show.
+// budget of vertices: a point within the current step of the last one kept is left out, and
+// the step doubles whenever the budget fills. What is lost is finer than a drawing of the
+// whole path could show, turning points included.
 class PathSketch {
 public:
     enum class Stroke : quint8 {
@@ -43,6 +43,7 @@ private:
     Vertex m_pending{};
     bool m_hasPending = false;
     double m_step = 0;
+    double m_coarseStep = 0;
 };
 
 } // namespace tarnwick::gcode

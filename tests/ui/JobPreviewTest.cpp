@@ -1,9 +1,11 @@
 #include "UiHarness.h"
 #include "gcode/GcodeAnalyser.h"
+#include "ui/ElidedLabel.h"
 #include "ui/FileJobAnalyser.h"
 #include "ui/JobPreviewTexts.h"
 #include "ui/JobPreviewView.h"
 #include "ui/Style.h"
+#include "ui/ToolpathRaster.h"
 
 #include <QTest>
 
@@ -43,11 +45,50 @@ private Q_SLOTS:
              u"Cuts: 2.000 × 1.000 × 0.500 in (50.8 × 25.4 × 12.7 mm)\n"
              u"Rapid moves: 0.000 × 0.000 × 0.000 in (0.0 × 0.0 × 0.0 mm)\n"
              u"Units: Inches, absolute\nTools: None\nSpindle: None\n"
-             u"Feed: 20.0 in/min\nTime: about 7 s\nMoves: 2\nLines: 3"_s}};
+             u"Feed: 20.0 in/min\nTime: about 7 s\nMoves: 2\nLines: 3"_s},
+            // What a partial analysis did not find may be in the part it could not read.
+            {"G21\nG0 X0 Y0 Z5\nU1\n"_ba,
+             u"Cuts: Not known: line 3 uses U\nRapid moves: 0.0 × 0.0 × 0.0 mm\n"
+             u"Units: Millimetres, absolute\nTools: Not known: line 3 uses U\n"
+             u"Spindle: Not known: line 3 uses U\nFeed: Not known: line 3 uses U\n"
+             u"Time: Not known: line 3 uses U\nMoves: 1\nLines: 3"_s}};
         for (const auto& [program, expected] : cases) {
             gcode::GcodeAnalyser analyser;
             analyser.feed(program.constData(), program.size());
             QCOMPARE(facts(JobPreviewTexts::rows(analyser.finish(), english)), expected);
+        }
+    }
+
+    // Out-and-back paths and the ends of arcs reach the pixels: at 2 px per mm, each listed
+    // point of the path is drawn as a cut.
+    void drawsEveryMotion_data() {
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<QList<QPointF>>("drawn");
+        const QByteArray head = "G21 M3 S1000 F100\nG0 X0 Y0 Z1\n";
+        QTest::newRow("ramping slot")
+            << head + "G1 Z0\nG1 X50 Z-0.5\nG1 X0 Z-1\nG1 X50 Z-1.5\nG1 X0 Z-2\n"
+            << QList<QPointF>{{25, 0}, {50, 0}};
+        QTest::newRow("out and back") << head + "G1 X30 Y20\nG1 X0 Y0\n"
+                                      << QList<QPointF>{{15, 10}, {30, 20}};
+        QTest::newRow("semicircle and back") << head + "G2 X40 Y0 I20\nG3 X0 Y0 I-20\n"
+                                             << QList<QPointF>{{20, 20}, {40, 0}};
+        QTest::newRow("full circle") << head + "G0 X40 Y20\nG2 I-20\n"
+                                     << QList<QPointF>{{0, 20}, {20, 40}, {40, 20}, {20, 0}};
+    }
+    void drawsEveryMotion() {
+        QFETCH(QByteArray, program);
+        QFETCH(QList<QPointF>, drawn);
+        gcode::GcodeAnalyser analyser;
+        analyser.feed(program.constData(), program.size());
+        analyser.finish();
+        QTransform toPixels;
+        toPixels.translate(10, 10).scale(2, 2);
+        const QImage image = rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 100},
+                                               Qt::red, Qt::gray);
+        for (const QPointF& point : drawn) {
+            const QPoint pixel = toPixels.map(point).toPoint();
+            QVERIFY2(image.pixelColor(pixel) == QColor(Qt::red),
+                     qPrintable(u"%1, %2"_s.arg(point.x()).arg(point.y())));
         }
     }
 
@@ -91,6 +132,35 @@ private Q_SLOTS:
         h.model->chooseFile(*h.model->selectedFile());
         QTRY_VERIFY(
             shownText(&view, u"previewStatus"_s).startsWith(u"The file could not be read: "_s));
+    }
+
+    // A row as long as many tools elides, whole in its tooltip, and never widens the window.
+    void longRowsKeepTheWindowsWidth() {
+        WindowHarness h;
+        h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
+        h.show();
+        // The tools row once the file's analysis is shown.
+        const auto preview = [&](const QString& name, int count) -> ElidedLabel* {
+            QByteArray program = "G21 M3 F100\n";
+            for (int tool = 1; tool <= count; ++tool)
+                program += "T" + QByteArray::number(tool * 1000) + " M6\n";
+            h.model->chooseFile(JobFile::fromUrl(writeFile(h.dir, name, program)).value());
+            ElidedLabel* tools = nullptr;
+            (void)QTest::qWaitFor([&] {
+                for (auto* fact : h.window.findChildren<ElidedLabel*>(u"previewFact"_s))
+                    tools = fact->fullText().endsWith(u"T%1"_s.arg(count * 1000)) ? fact : tools;
+                return tools;
+            });
+            QApplication::processEvents();
+            return tools;
+        };
+        QVERIFY(preview(u"one.nc"_s, 1));
+        const int least = h.window.minimumSizeHint().width();
+        ElidedLabel* tools = preview(u"twenty.nc"_s, 20);
+        QVERIFY(tools);
+        QCOMPARE(h.window.minimumSizeHint().width(), least);
+        QVERIFY(tools->text().contains(u'\u2026'));
+        QVERIFY(tools->toolTip().startsWith(u"T1000, T2000, "_s));
     }
 };
 
