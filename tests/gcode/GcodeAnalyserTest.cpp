@@ -234,22 +234,20 @@ private Q_SLOTS:
 
     // Extra turns add full circles to the length.
     void measuresEveryTurnOfAnArc() {
-        const JobSummary summary = analyse("G21 M3 F100\nG0 X10 Y0 Z0\nG3 X10 Y0 I-10 P3\n"_ba);
-        QCOMPARE(summary.cuttingLength, 3 * 2 * std::numbers::pi * 10);
+        QCOMPARE(analyse("G21 M3 F100\nG0 X10 Y0 Z0\nG3 X10 Y0 I-10 P3\n"_ba).cuttingLength,
+                 3 * 2 * std::numbers::pi * 10);
     }
 
     // Each tool once, in the order of its first change, however many changes there are.
     void listsEachToolOnce() {
         QByteArray program;
         QList<int> expected;
-        for (int tool = 2000; tool > 0; --tool) {
+        for (int change = 0; change < 22'000; ++change) {
+            const int tool = change < 2000 ? 2000 - change : change % 2000 + 1;
             program += "T" + QByteArray::number(tool) + " M6\n";
             expected << tool;
         }
-        for (int round = 0; round < 10; ++round)
-            for (int tool = 1; tool <= 2000; ++tool)
-                program += "T" + QByteArray::number(tool) + " M6\n";
-        QCOMPARE(analyse(program).tools, expected);
+        QCOMPARE(analyse(program).tools, expected.first(2000));
     }
 
     void keepsTheSketchWithinItsBudget() {
