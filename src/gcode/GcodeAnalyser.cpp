@@ -34,9 +34,12 @@ bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
 }
 
-// CR, LF and CR LF each end a line; nothing when the line runs on past `end`.
-const char* findLineEnd(const char* p, const char* end) {
+// CR, LF and CR LF each end a line; nothing when the line runs on past `end`. Most files hold
+// no CR at all, and then one search per line is enough.
+const char* findLineEnd(const char* p, const char* end, bool carriageReturns) {
     const auto* lineFeed = static_cast<const char*>(std::memchr(p, '\n', size_t(end - p)));
+    if (!carriageReturns)
+        return lineFeed;
     const auto* carriageReturn =
         static_cast<const char*>(std::memchr(p, '\r', size_t((lineFeed ? lineFeed : end) - p)));
     return carriageReturn ? carriageReturn : lineFeed;
@@ -163,6 +166,7 @@ GcodeAnalyser::GcodeAnalyser(qsizetype sketchBudget)
 void GcodeAnalyser::feed(const char* data, qsizetype size) {
     const char* p = data;
     const char* const end = data + size;
+    const bool carriageReturns = size > 0 && std::memchr(data, '\r', size_t(size)) != nullptr;
     while (p < end) {
         // The line feed of a CR LF pair that the last piece ended in the middle of.
         if (m_afterCarriageReturn) {
@@ -172,7 +176,7 @@ void GcodeAnalyser::feed(const char* data, qsizetype size) {
                 continue;
             }
         }
-        const char* const lineEnd = findLineEnd(p, end);
+        const char* const lineEnd = findLineEnd(p, end, carriageReturns);
         const char* const stop = lineEnd ? lineEnd : end;
         if (!m_pendingLine.empty() || m_lineTooLong || !lineEnd) {
             const size_t room = size_t(maximumLineLength) - m_pendingLine.size();
