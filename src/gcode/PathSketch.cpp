@@ -34,10 +34,8 @@ void PathSketch::add(const Vertex& vertex) {
         return;
     }
     if (m_hasPending) {
-        // Only a point within the step of the last kept one may be left out: the path then
-        // strays from the truth by less than the step, even where it turns back on itself. A
-        // cut hidden that way still shows as a cut.
-        if (distanceSquared(m_vertices.back(), m_pending) <= m_step * m_step) {
+        // A cut hidden by a point left out still shows as a cut.
+        if (mayLeaveOut(m_vertices.back(), m_pending, vertex)) {
             m_pending = {vertex.x, vertex.y, std::max(m_pending.stroke, vertex.stroke)};
             return;
         }
@@ -47,6 +45,12 @@ void PathSketch::add(const Vertex& vertex) {
     }
     m_pending = vertex;
     m_hasPending = true;
+}
+
+bool PathSketch::mayLeaveOut(const Vertex& kept, const Vertex& held, const Vertex& next) const {
+    const double step = m_step * m_step;
+    return distanceSquared(kept, held) <= step ||
+           (m_step > m_coarseStep && distanceSquared(kept, next) <= step);
 }
 
 void PathSketch::finish() {
@@ -73,9 +77,6 @@ void PathSketch::reduce() {
             m_step = span > 0 ? span / firstStepDivisor : 1e-6;
             m_coarseStep = m_step * firstStepDivisor / coarseStepDivisor;
         }
-        // Long moves that each turn back are only ever left out once the step is about a pixel
-        // of the drawing: a path of more of them than the budget holds is drawn in part.
-        const bool coarse = m_step > m_coarseStep;
         if (!std::isfinite(m_step)) {
             // Nothing finite is left to merge by: keep where the path starts and ends.
             m_vertices = {m_vertices.front(), m_vertices.back()};
@@ -88,8 +89,7 @@ void PathSketch::reduce() {
         bool holding = false;
         for (size_t index = 1; index < m_vertices.size(); ++index) {
             const Vertex& vertex = m_vertices[index];
-            if (holding &&
-                distanceSquared(kept.back(), coarse ? vertex : held) <= m_step * m_step) {
+            if (holding && mayLeaveOut(kept.back(), held, vertex)) {
                 held = {vertex.x, vertex.y, std::max(held.stroke, vertex.stroke)};
                 continue;
             }

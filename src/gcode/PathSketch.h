@@ -36,6 +36,12 @@ public:
 
 private:
     void add(const Vertex& vertex);
+    // Whether `held`, between the last point kept and `next`, may be left out. A point within
+    // the step of the last one kept may: the path then strays by less than the step, even where
+    // it turns back on itself. Once the step is about a pixel of the drawing, so may a point
+    // that the path comes back from, so that a path of more long moves than the budget holds is
+    // drawn in part rather than reduced to its ends.
+    bool mayLeaveOut(const Vertex& kept, const Vertex& held, const Vertex& next) const;
     void reduce();
 
     qsizetype m_budget;
