@@ -223,6 +223,14 @@ private Q_SLOTS:
         // 30 mm rapid at 3000 mm/min, 60 mm at 600 mm/min, 11.6 mm at 254 mm/min.
         QCOMPARE(summary.cuttingLength, 60 + 11.6);
         QCOMPARE(summary.estimatedSeconds, 0.6 + 6 + 11.6 / 254 * 60);
+        // Extra turns are full circles; each of many tools is listed once, in order.
+        QCOMPARE(analyse("G21 G0 X10 Y0\nG3 I-10 P3\n"_ba).cuttingLength, 60 * std::numbers::pi);
+        QByteArray changes;
+        for (int change = 0; change < 20'000; ++change)
+            changes += "T" + QByteArray::number(2000 - change % 2000) + " M6\n";
+        QList<int> descending(2000);
+        std::iota(descending.rbegin(), descending.rend(), 1);
+        QCOMPARE(analyse(changes).tools, descending);
     }
 
     // Empty, unterminated, CR LF with a blank line, and CR alone.
@@ -231,22 +239,6 @@ private Q_SLOTS:
                                 analyse("G0 X1\r\n\r\nG0 X2\r\n", 1).lines,
                                 analyse("G0 X1\rG0 X2\r\rG0 X3", 1).lines}),
                  QList<qint64>({0, 2, 3, 4}));
-    }
-
-    // Extra turns add full circles to the length.
-    void measuresEveryTurnOfAnArc() {
-        QCOMPARE(analyse("G21 M3 F100\nG0 X10 Y0 Z0\nG3 X10 Y0 I-10 P3\n"_ba).cuttingLength,
-                 3 * 2 * std::numbers::pi * 10);
-    }
-
-    // Each tool once, in the order of its first change, however many changes there are.
-    void listsEachToolOnce() {
-        QByteArray program;
-        for (int change = 0; change < 20'000; ++change)
-            program += "T" + QByteArray::number(2000 - change % 2000) + " M6\n";
-        QList<int> expected(2000);
-        std::iota(expected.rbegin(), expected.rend(), 1);
-        QCOMPARE(analyse(program).tools, expected);
     }
 
     void keepsTheSketchWithinItsBudget() {

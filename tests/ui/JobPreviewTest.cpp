@@ -85,11 +85,8 @@ private Q_SLOTS:
         toPixels.translate(10, 10).scale(2, 2);
         const QImage image = rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 100},
                                                Qt::red, Qt::gray);
-        for (const QPointF& point : drawn) {
-            const QPoint pixel = toPixels.map(point).toPoint();
-            QVERIFY2(image.pixelColor(pixel) == QColor(Qt::red),
-                     qPrintable(u"%1, %2"_s.arg(point.x()).arg(point.y())));
-        }
+        for (const QPointF& point : drawn)
+            QCOMPARE(image.pixelColor(toPixels.map(point).toPoint()), QColor(Qt::red));
     }
 
     void roundsTheTime() {
