@@ -195,10 +195,6 @@ Exit-Codes: 0 ausgegeben (auch wenn es nichts auszugeben gibt), 1 der Verlauf ko
         <translation>gemischt</translation>
     </message>
     <message>
-        <source>%1 to %2</source>
-        <translation>%1 bis %2</translation>
-    </message>
-    <message>
         <source>Lines: %1, moves: %2, units: %3</source>
         <translation>Zeilen: %1, Bewegungen: %2, Einheiten: %3</translation>
     </message>
@@ -213,14 +209,6 @@ Exit-Codes: 0 ausgegeben (auch wenn es nichts auszugeben gibt), 1 der Verlauf ko
     <message>
         <source>Tools: %1</source>
         <translation>Werkzeuge: %1</translation>
-    </message>
-    <message>
-        <source>Spindle: %1 rpm</source>
-        <translation>Spindel: %1 U/min</translation>
-    </message>
-    <message>
-        <source>Feed: %1 mm/min</source>
-        <translation>Vorschub: %1 mm/min</translation>
     </message>
     <message>
         <source>Time: about %1 min</source>
@@ -257,6 +245,22 @@ Exit-Codes:
     <message>
         <source>Usage: %1</source>
         <translation>Aufruf: %1</translation>
+    </message>
+    <message>
+        <source>Spindle: %1</source>
+        <translation>Spindel: %1</translation>
+    </message>
+    <message>
+        <source>%1 to %2 rpm</source>
+        <translation>%1 bis %2 U/min</translation>
+    </message>
+    <message>
+        <source>Feed: %1</source>
+        <translation>Vorschub: %1</translation>
+    </message>
+    <message>
+        <source>%1 to %2 mm/min</source>
+        <translation>%1 bis %2 mm/min</translation>
     </message>
 </context>
 <context>
@@ -743,6 +747,14 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <source>Line %1 comes after the program&apos;s end (M2 or M30) and is not run.</source>
         <translation>Zeile %1 steht nach dem Programmende (M2 oder M30) und wird nicht ausgeführt.</translation>
     </message>
+    <message>
+        <source>Line %1 feeds at a feed rate of zero (F0).</source>
+        <translation>Zeile %1 fährt mit einem Vorschub von null (F0).</translation>
+    </message>
+    <message>
+        <source>Line %1 sets a negative feed rate (%2), which is left out of the feeds.</source>
+        <translation>Zeile %1 legt einen negativen Vorschub fest (%2), der bei den Vorschüben nicht mitzählt.</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::ui::AboutView</name>
@@ -1117,6 +1129,29 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>Part of the file was not understood, so this preview is partial.</source>
         <translation>Ein Teil der Datei wurde nicht verstanden, daher ist diese Vorschau unvollständig.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <translation>
+            <numerusform>%1 und %n weiteres</numerusform>
+            <numerusform>%1 und %n weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>at least %1</source>
+        <translation>mindestens %1</translation>
+    </message>
+    <message>
+        <source>Not known: line %1 uses %2</source>
+        <translation>Nicht bekannt: Zeile %1 verwendet %2</translation>
+    </message>
+    <message>
+        <source>Not known: line %1 could not be read</source>
+        <translation>Nicht bekannt: Zeile %1 konnte nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Not known: part of the file could not be read</source>
+        <translation>Nicht bekannt: Ein Teil der Datei konnte nicht gelesen werden</translation>
     </message>
 </context>
 <context>

@@ -96,6 +96,24 @@ void analyseFromFile(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * program50MB().size());
 }
 
+// 10^6 tool changes, each to a new tool, and 10^6 spindle speed changes: the time must grow
+// with the file's size alone, as for any other program.
+void analyseToolAndSpindleChanges(benchmark::State& state) {
+    static const QByteArray program = [] {
+        QByteArray bytes = "G21 G90 M3\n";
+        for (int change = 1; change <= 1'000'000; ++change)
+            bytes += "T" + QByteArray::number(change) + " M6\nS" +
+                     QByteArray::number(1000 + change % 20000) + "\n";
+        return bytes;
+    }();
+    for (auto _ : state) {
+        GcodeAnalyser analyser;
+        analyser.feed(program.constData(), program.size());
+        benchmark::DoNotOptimize(analyser.finish());
+    }
+    state.SetBytesProcessed(state.iterations() * program.size());
+}
+
 double residentMiB() {
 #if defined(Q_OS_LINUX) || defined(Q_OS_MACOS)
     rusage usage{};
@@ -135,6 +153,7 @@ void analyseStreamed500MB(benchmark::State& state) {
 
 BENCHMARK(analyseInMemory)->Unit(benchmark::kMillisecond)->MinTime(2);
 BENCHMARK(analyseFromFile)->Unit(benchmark::kMillisecond)->MinTime(2);
+BENCHMARK(analyseToolAndSpindleChanges)->Unit(benchmark::kMillisecond);
 BENCHMARK(analyseStreamed500MB)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 BENCHMARK_MAIN();

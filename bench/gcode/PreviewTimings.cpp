@@ -1,6 +1,7 @@
 #include "app/Services.h"
 #include "gcode/PathSketch.h"
 #include "ui/FileJobAnalyser.h"
+#include "ui/JobPreviewTexts.h"
 #include "ui/ToolpathView.h"
 
 #include <QApplication>
@@ -19,7 +20,8 @@
 //   build-release/bin/bench_preview
 // - draw: the toolpath drawn anew at 900 x 560 from a sketch at its full vertex budget, the
 //   most a paint can ever cost (a paint without a size or palette change copies a pixmap);
-// - ready: from choosing a 50 MB raster-finishing program to its analysis being shown;
+// - ready: from choosing a 50 MB raster-finishing program to its analysis being shown, its
+//   facts written and its toolpath drawn; the same for 10^6 tool changes, each to a new tool;
 // - stall: the longest the main thread went without running a 1 ms timer meanwhile.
 
 using namespace tarnwick;
@@ -53,6 +55,13 @@ QByteArray rasterProgram(qsizetype size) {
     return program;
 }
 
+QByteArray toolChanges(int count) {
+    QByteArray program = "G21 M3\n";
+    for (int tool = 1; tool <= count; ++tool)
+        program += "T" + QByteArray::number(tool) + " M6\n";
+    return program;
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -74,43 +83,51 @@ int main(int argc, char* argv[]) {
     out << "draw-ms " << median(draws) << Qt::endl;
 
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("raster.nc"));
-    {
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(rasterProgram(50'000'000)) < 0)
-            return 1;
-    }
-    const JobFile job = JobFile::fromUrl(QUrl::fromLocalFile(path)).value();
     ui::FileJobAnalyser analyser;
-    std::vector<double> readies;
-    std::vector<double> stalls;
-    for (int run = 0; run < 5; ++run) {
-        QElapsedTimer sinceChoice;
-        QElapsedTimer sinceTick;
-        double longest = 0;
-        QTimer ticker;
-        ticker.setTimerType(Qt::PreciseTimer);
-        ticker.setInterval(1);
-        QObject::connect(&ticker, &QTimer::timeout, [&] {
-            longest = std::max(longest, sinceTick.nsecsElapsed() / 1e6);
+    const auto measure = [&](const char* name, const QByteArray& program) {
+        const QString path = dir.filePath(QString::fromLatin1(name) + QStringLiteral(".nc"));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(program) < 0)
+            return false;
+        file.close();
+        const JobFile job = JobFile::fromUrl(QUrl::fromLocalFile(path)).value();
+        std::vector<double> readies;
+        std::vector<double> stalls;
+        for (int run = 0; run < 5; ++run) {
+            QElapsedTimer sinceChoice;
+            QElapsedTimer sinceTick;
+            double longest = 0;
+            QTimer ticker;
+            ticker.setTimerType(Qt::PreciseTimer);
+            ticker.setInterval(1);
+            QObject::connect(&ticker, &QTimer::timeout, [&] {
+                longest = std::max(longest, sinceTick.nsecsElapsed() / 1e6);
+                sinceTick.start();
+            });
+            sinceChoice.start();
             sinceTick.start();
-        });
-        sinceChoice.start();
-        sinceTick.start();
-        ticker.start();
-        JobAnalysis* analysis = analyser.analyse(job, &application);
-        QEventLoop loop;
-        QObject::connect(analysis, &Operation::finished, &loop, [&] {
-            view.setPath(analysis->result().value<ui::JobAnalysisResult>()->sketch);
-            view.grab();
-            loop.quit();
-        });
-        QObject::connect(analysis, &Operation::failed, &loop, [&] { loop.exit(1); });
-        if (loop.exec() != 0)
-            return 1;
-        readies.push_back(sinceChoice.nsecsElapsed() / 1e6);
-        stalls.push_back(longest);
-    }
-    out << "ready-ms " << median(readies) << "\nstall-ms " << median(stalls) << Qt::endl;
+            ticker.start();
+            JobAnalysis* analysis = analyser.analyse(job, &application);
+            QEventLoop loop;
+            QObject::connect(analysis, &Operation::finished, &loop, [&] {
+                const auto result = analysis->result().value<ui::JobAnalysisResult>();
+                ui::JobPreviewTexts::rows(result->summary);
+                view.setPath(result->sketch);
+                view.grab();
+                loop.quit();
+            });
+            QObject::connect(analysis, &Operation::failed, &loop, [&] { loop.exit(1); });
+            if (loop.exec() != 0)
+                return false;
+            readies.push_back(sinceChoice.nsecsElapsed() / 1e6);
+            stalls.push_back(longest);
+        }
+        out << name << " ready-ms " << median(readies) << " stall-ms " << median(stalls)
+            << Qt::endl;
+        return true;
+    };
+    if (!measure("raster", rasterProgram(50'000'000)) ||
+        !measure("tool-changes", toolChanges(1'000'000)))
+        return 1;
     return 0;
 }

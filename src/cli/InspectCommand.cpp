@@ -96,9 +96,9 @@ void printText(const QString& path, const JobSummary& summary) {
     QStringList tools;
     for (int tool : summary.tools)
         tools << QStringLiteral("T%1").arg(tool);
-    const auto range = [&locale](const std::optional<Range>& value) {
-        return value ? InspectCommand::tr("%1 to %2")
-                           .arg(locale.toString(value->min), locale.toString(value->max))
+    const auto range = [&locale](const std::optional<Range>& value, const char* withUnit) {
+        return value ? InspectCommand::tr(withUnit).arg(locale.toString(value->min),
+                                                        locale.toString(value->max))
                      : InspectCommand::tr("none");
     };
     out() << path << '\n'
@@ -112,8 +112,12 @@ void printText(const QString& path, const JobSummary& summary) {
                  .arg(tools.isEmpty() ? InspectCommand::tr("none")
                                       : tools.join(QStringLiteral(", ")))
           << '\n'
-          << InspectCommand::tr("Spindle: %1 rpm").arg(range(summary.spindle)) << '\n'
-          << InspectCommand::tr("Feed: %1 mm/min").arg(range(summary.feed)) << '\n'
+          << InspectCommand::tr("Spindle: %1")
+                 .arg(range(summary.spindle, QT_TRANSLATE_NOOP("InspectCommand", "%1 to %2 rpm")))
+          << '\n'
+          << InspectCommand::tr("Feed: %1")
+                 .arg(range(summary.feed, QT_TRANSLATE_NOOP("InspectCommand", "%1 to %2 mm/min")))
+          << '\n'
           << InspectCommand::tr("Time: about %1 min")
                  .arg(locale.toString(summary.estimatedSeconds / 60, 'f', 1))
           << '\n';

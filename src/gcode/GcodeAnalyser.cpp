@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstring>
 #include <numbers>
+#include <optional>
 
 namespace tarnwick::gcode {
 
@@ -24,11 +25,24 @@ constexpr int maximumCodesPerLine = 8;
 // sum finite.
 constexpr double largestNumber = 1e9;
 constexpr size_t maximumWarnings = 32;
+// G and M numbers stop well below this (in tenths), which keeps them far inside an int.
+constexpr double largestCodeInTenths = 1e5;
 // Arcs reach the sketch as chords of at most this angle.
 constexpr double sketchChordAngle = std::numbers::pi / 18;
 
 bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
+}
+
+// CR, LF and CR LF each end a line; nothing when the line runs on past `end`. Most files hold
+// no CR at all, and then one search per line is enough.
+const char* findLineEnd(const char* p, const char* end, bool carriageReturns) {
+    const auto* lineFeed = static_cast<const char*>(std::memchr(p, '\n', size_t(end - p)));
+    if (!carriageReturns)
+        return lineFeed;
+    const auto* carriageReturn =
+        static_cast<const char*>(std::memchr(p, '\r', size_t((lineFeed ? lineFeed : end) - p)));
+    return carriageReturn ? carriageReturn : lineFeed;
 }
 
 double powerOfTen(int exponent) {
@@ -76,11 +90,14 @@ bool readNumber(const char*& p, const char* end, double& value) {
     return magnitude <= largestNumber;
 }
 
-// G and M numbers in tenths (G38.2 is 382); -1 for a number with finer decimals.
-int tenths(double value) {
+// G and M numbers in tenths (G38.2 is 382); -1 for a number with finer decimals, nothing for
+// one that no controller knows.
+std::optional<int> tenths(double value) {
     const double scaled = value * 10;
+    if (!(scaled >= 0 && scaled < largestCodeInTenths))
+        return std::nullopt;
     const double rounded = std::round(scaled);
-    return std::abs(scaled - rounded) < 1e-6 && rounded >= 0 ? int(rounded) : -1;
+    return std::abs(scaled - rounded) < 1e-6 ? int(rounded) : -1;
 }
 
 QString codeWord(char letter, int code) {
@@ -149,8 +166,17 @@ GcodeAnalyser::GcodeAnalyser(qsizetype sketchBudget)
 void GcodeAnalyser::feed(const char* data, qsizetype size) {
     const char* p = data;
     const char* const end = data + size;
+    const bool carriageReturns = size > 0 && std::memchr(data, '\r', size_t(size)) != nullptr;
     while (p < end) {
-        const auto* lineEnd = static_cast<const char*>(std::memchr(p, '\n', size_t(end - p)));
+        // The line feed of a CR LF pair that the last piece ended in the middle of.
+        if (m_afterCarriageReturn) {
+            m_afterCarriageReturn = false;
+            if (*p == '\n') {
+                ++p;
+                continue;
+            }
+        }
+        const char* const lineEnd = findLineEnd(p, end, carriageReturns);
         const char* const stop = lineEnd ? lineEnd : end;
         if (!m_pendingLine.empty() || m_lineTooLong || !lineEnd) {
             const size_t room = size_t(maximumLineLength) - m_pendingLine.size();
@@ -164,6 +190,7 @@ void GcodeAnalyser::feed(const char* data, qsizetype size) {
         }
         if (!lineEnd)
             break;
+        m_afterCarriageReturn = *lineEnd == '\r';
         p = lineEnd + 1;
     }
 }
@@ -238,7 +265,12 @@ bool GcodeAnalyser::parse(const char* p, const char* end, Block& block) {
         switch (letter) {
         case 'G':
         case 'M': {
-            const int code = tenths(value);
+            const std::optional<int> tenthsOfCode = tenths(value);
+            if (!tenthsOfCode) {
+                warn(Warning::Kind::Malformed, QChar::fromLatin1(letter));
+                return false;
+            }
+            const int code = *tenthsOfCode;
             auto& codes = letter == 'G' ? block.gcodes : block.mcodes;
             int& count = letter == 'G' ? block.gcodeCount : block.mcodeCount;
             if (code < 0) {
@@ -281,8 +313,12 @@ void GcodeAnalyser::run(Block& block) {
     }
     for (int index = 0; index < block.gcodeCount; ++index)
         applyGcode(block.gcodes[size_t(index)], block);
-    if (block.has('F')) {
+    if (block.has('F') && block.value('F') < 0) {
+        // A controller refuses such a line; the feed in force stays.
+        warn(Warning::Kind::NegativeFeed, u'F' + QString::number(block.value('F')));
+    } else if (block.has('F')) {
         m_feed = block.value('F') * m_scale;
+        m_feedSet = true;
         if (!m_summary.feed)
             m_summary.feed = Range{m_feed, m_feed};
         m_summary.feed->include(m_feed);
@@ -442,8 +478,10 @@ void GcodeAnalyser::applyMcode(int code) {
         m_spindleOn = false;
         return;
     case 60:
-        if (m_selectedTool >= 0 && !m_summary.tools.contains(m_selectedTool))
+        if (m_selectedTool >= 0 && !m_listedTools.contains(m_selectedTool)) {
+            m_listedTools.insert(m_selectedTool);
             m_summary.tools.append(m_selectedTool);
+        }
         return;
     default:
         warn(Warning::Kind::Unsupported, codeWord('M', code));
@@ -485,8 +523,10 @@ void GcodeAnalyser::move(Block& block) {
     if (cutting) {
         if (!m_spindleOn)
             warn(Warning::Kind::CutWithSpindleStopped);
-        if (!(m_feed > 0))
+        if (!m_feedSet)
             warn(Warning::Kind::FeedBeforeFeedRate);
+        else if (!(m_feed > 0))
+            warn(Warning::Kind::ZeroFeed);
     }
     if (arc) {
         moveArc(block, start, end);
@@ -538,6 +578,19 @@ void GcodeAnalyser::moveArc(const Block& block, const Point3& start, const Point
         return;
     }
 
+    // P asks for that many turns in all, each one before the last a full circle.
+    double extraTurns = 0;
+    if (block.has('P')) {
+        const double turns = block.value('P');
+        if (turns >= 1 && turns == std::floor(turns))
+            extraTurns = turns - 1;
+        else
+            warn(Warning::Kind::Malformed, QStringLiteral("P"));
+    }
+    const double sweep = std::abs(arc->sweep) + extraTurns * 2 * std::numbers::pi;
+    if (extraTurns > 0)
+        arc->sweep += std::copysign(2 * std::numbers::pi, arc->sweep);
+
     const double startN = axis(start, plane[2]);
     const double endN = axis(end, plane[2]);
     const PlaneBounds bounds = arcBounds(*arc, startA, startB, endA, endB);
@@ -549,9 +602,10 @@ void GcodeAnalyser::moveArc(const Block& block, const Point3& start, const Point
     axis(high, plane[1]) = bounds.maxB;
     axis(low, plane[2]) = std::min(startN, endN);
     axis(high, plane[2]) = std::max(startN, endN);
-    account(low, high, std::hypot(arc->radius * arc->sweep, endN - startN), true);
+    account(low, high, std::hypot(arc->radius * sweep, endN - startN), true);
 
-    const int chords = std::clamp(int(std::ceil(std::abs(arc->sweep) / sketchChordAngle)), 1, 36);
+    // Further turns go over the same circle, so the sketch draws it once at most.
+    const int chords = std::clamp(int(std::ceil(std::abs(arc->sweep) / sketchChordAngle)), 1, 72);
     for (int chord = 1; chord < chords; ++chord) {
         const double fraction = double(chord) / chords;
         const double angle = arc->angleAt(fraction);

@@ -3,6 +3,8 @@
 #include "gcode/JobSummary.h"
 #include "gcode/PathSketch.h"
 
+#include <QSet>
+
 #include <string>
 
 namespace tarnwick::gcode {
@@ -46,6 +48,7 @@ private:
     PathSketch m_sketch;
     std::string m_pendingLine;
     bool m_lineTooLong = false;
+    bool m_afterCarriageReturn = false;
     qint64 m_line = 0;
 
     Point3 m_position;
@@ -58,10 +61,13 @@ private:
     bool m_unitsSet = false;
     bool m_inches = false;
     double m_feed = 0;
+    bool m_feedSet = false;
     double m_speed = 0;
     bool m_speedSet = false;
     bool m_spindleOn = false;
     int m_selectedTool = -1;
+    // The tools already listed, so that a file of many tool changes is read in linear time.
+    QSet<int> m_listedTools;
     bool m_ended = false;
 };
 

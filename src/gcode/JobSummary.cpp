@@ -40,6 +40,15 @@ QString Warning::description() const {
         return QCoreApplication::translate("tarnwick::gcode::Warning",
                                            "Line %1 feeds before any feed rate (F) is set.")
             .arg(line_);
+    case Kind::ZeroFeed:
+        return QCoreApplication::translate("tarnwick::gcode::Warning",
+                                           "Line %1 feeds at a feed rate of zero (F0).")
+            .arg(line_);
+    case Kind::NegativeFeed:
+        return QCoreApplication::translate(
+                   "tarnwick::gcode::Warning",
+                   "Line %1 sets a negative feed rate (%2), which is left out of the feeds.")
+            .arg(line_, word);
     case Kind::CutWithSpindleStopped:
         return QCoreApplication::translate(
                    "tarnwick::gcode::Warning",

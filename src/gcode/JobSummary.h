@@ -50,6 +50,8 @@ struct Warning {
         NoUnits,
         MixedUnits,
         FeedBeforeFeedRate,
+        ZeroFeed,
+        NegativeFeed,
         CutWithSpindleStopped,
         Unsupported,
         Malformed,

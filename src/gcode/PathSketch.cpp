@@ -15,6 +15,7 @@ double distanceSquared(const PathSketch::Vertex& from, const PathSketch::Vertex&
 
 // The reduction starts at this fraction of the path's span: a preview is a few hundred pixels.
 constexpr double firstStepDivisor = 4096;
+constexpr double coarseStepDivisor = 256;
 
 } // namespace
 
@@ -33,9 +34,8 @@ void PathSketch::add(const Vertex& vertex) {
         return;
     }
     if (m_hasPending) {
-        // A point within the step of the last kept one replaces it; a cut hidden that way
-        // still shows as a cut.
-        if (distanceSquared(m_vertices.back(), vertex) <= m_step * m_step) {
+        // A cut hidden by a point left out still shows as a cut.
+        if (mayLeaveOut(m_vertices.back(), m_pending, vertex)) {
             m_pending = {vertex.x, vertex.y, std::max(m_pending.stroke, vertex.stroke)};
             return;
         }
@@ -45,6 +45,12 @@ void PathSketch::add(const Vertex& vertex) {
     }
     m_pending = vertex;
     m_hasPending = true;
+}
+
+bool PathSketch::mayLeaveOut(const Vertex& kept, const Vertex& held, const Vertex& next) const {
+    const double step = m_step * m_step;
+    return distanceSquared(kept, held) <= step ||
+           (m_step > m_coarseStep && distanceSquared(kept, next) <= step);
 }
 
 void PathSketch::finish() {
@@ -69,6 +75,7 @@ void PathSketch::reduce() {
                                     [](const Vertex& a, const Vertex& b) { return a.y < b.y; });
             const double span = std::max(double(maxX->x) - minX->x, double(maxY->y) - minY->y);
             m_step = span > 0 ? span / firstStepDivisor : 1e-6;
+            m_coarseStep = m_step * firstStepDivisor / coarseStepDivisor;
         }
         if (!std::isfinite(m_step)) {
             // Nothing finite is left to merge by: keep where the path starts and ends.
@@ -82,7 +89,7 @@ void PathSketch::reduce() {
         bool holding = false;
         for (size_t index = 1; index < m_vertices.size(); ++index) {
             const Vertex& vertex = m_vertices[index];
-            if (holding && distanceSquared(kept.back(), vertex) <= m_step * m_step) {
+            if (holding && mayLeaveOut(kept.back(), held, vertex)) {
                 held = {vertex.x, vertex.y, std::max(held.stroke, vertex.stroke)};
                 continue;
             }

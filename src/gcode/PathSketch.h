@@ -7,9 +7,9 @@
 namespace tarnwick::gcode {
 
 // The toolpath seen from above, reduced as it grows so that it never holds more than its
-// budget of vertices: points closer together than the current step merge, and the step
-// doubles whenever the budget fills. What is lost is finer than a drawing of the whole path
-// could show.
+// budget of vertices: a point within the current step of the last one kept is left out, and
+// the step doubles whenever the budget fills. What is lost is finer than a drawing of the
+// whole path could show, turning points included.
 class PathSketch {
 public:
     enum class Stroke : quint8 {
@@ -36,6 +36,12 @@ public:
 
 private:
     void add(const Vertex& vertex);
+    // Whether `held`, between the last point kept and `next`, may be left out. A point within
+    // the step of the last one kept may: the path then strays by less than the step, even where
+    // it turns back on itself. Once the step is about a pixel of the drawing, so may a point
+    // that the path comes back from, so that a path of more long moves than the budget holds is
+    // drawn in part rather than reduced to its ends.
+    bool mayLeaveOut(const Vertex& kept, const Vertex& held, const Vertex& next) const;
     void reduce();
 
     qsizetype m_budget;
@@ -43,6 +49,7 @@ private:
     Vertex m_pending{};
     bool m_hasPending = false;
     double m_step = 0;
+    double m_coarseStep = 0;
 };
 
 } // namespace tarnwick::gcode

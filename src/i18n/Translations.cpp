@@ -45,10 +45,15 @@ bool useLanguage(const QLocale& locale) {
         delete old; // a deleted translator leaves the application's list by itself
 
     // Qt's texts alone would mix two languages in one dialog.
-    if (!loaded(locale, QStringLiteral("tarnwick"), {QStringLiteral(":/i18n")}))
-        return false;
-    loaded(locale, QStringLiteral("qtbase"), qtCatalogueFolders());
-    return true;
+    const bool found = loaded(locale, QStringLiteral("tarnwick"), {QStringLiteral(":/i18n")});
+    if (found)
+        loaded(locale, QStringLiteral("qtbase"), qtCatalogueFolders());
+    // Numbers are written as the texts around them are read: "1.000" is a thousand in German
+    // and one in English.
+    QLocale::setDefault(found || locale.language() == QLocale::English
+                            ? locale
+                            : QLocale(QLocale::English, QLocale::UnitedStates));
+    return found;
 }
 
 } // namespace tarnwick::i18n

@@ -9,9 +9,10 @@ namespace tarnwick::i18n {
 QLocale preferredLocale();
 
 // Makes the running application speak the language of `locale`: our catalogue, and Qt's own for
-// the texts of standard dialogs and buttons where it is installed. Replaces the catalogues of an
-// earlier call. Returns false when we have no catalogue for that language, so the English texts
-// stand.
+// the texts of standard dialogs and buttons where it is installed, and the default QLocale that
+// writes numbers and dates. Replaces the catalogues of an earlier call. Returns false when we
+// have no catalogue for that language, so the English texts stand, and English numbers with
+// them.
 bool useLanguage(const QLocale& locale = preferredLocale());
 
 } // namespace tarnwick::i18n

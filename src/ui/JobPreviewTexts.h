@@ -24,6 +24,9 @@ public:
     // Hours and minutes, or seconds under a minute: the estimate is no finer than that.
     static QString duration(double seconds, const QLocale& locale = {});
     static QString partialNote();
+    // What stands for a fact of a partial analysis that found nothing: the first part it could
+    // not read.
+    static QString notKnown(const gcode::JobSummary& summary);
 };
 
 } // namespace tarnwick::ui

@@ -1,6 +1,7 @@
 #include "ui/JobPreviewView.h"
 
 #include "app/AppModel.h"
+#include "ui/ElidedLabel.h"
 #include "ui/FileJobAnalyser.h"
 #include "ui/JobPreviewTexts.h"
 #include "ui/Style.h"
@@ -119,9 +120,11 @@ void JobPreviewView::showResult() {
     for (const JobPreviewTexts::Row& row : JobPreviewTexts::rows(summary)) {
         auto* label = new QLabel(row.label);
         style::makeSecondary(label);
-        auto* value = new QLabel(row.value);
+        // A long row gives way to an ellipsis rather than widen the window.
+        auto* value = new ElidedLabel;
+        value->setFullText(row.value);
+        value->setCopyable(true);
         value->setObjectName(QStringLiteral("previewFact"));
-        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         m_facts->addRow(label, value);
     }
     QStringList warnings;

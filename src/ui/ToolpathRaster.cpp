@@ -43,8 +43,9 @@ QImage rasteriseToolpath(const std::vector<gcode::PathSketch::Vertex>& vertices,
     std::vector<quint8> mask(size_t(size.width()) * size_t(size.height()), Empty);
     const auto pixel = [&](const gcode::PathSketch::Vertex& vertex) {
         const QPointF point = toPixels.map(QPointF(vertex.x, vertex.y));
-        return QPoint(std::clamp(int(std::lround(point.x())), 0, size.width() - 1),
-                      std::clamp(int(std::lround(point.y())), 0, size.height() - 1));
+        // Clamped before rounding, so that a far point is a defined pixel at the edge.
+        return QPoint(int(std::lround(std::clamp(point.x(), 0.0, size.width() - 1.0))),
+                      int(std::lround(std::clamp(point.y(), 0.0, size.height() - 1.0))));
     };
     QPoint previous = pixel(vertices.front());
     for (size_t index = 1; index < vertices.size(); ++index) {

@@ -187,6 +187,11 @@ private Q_SLOTS:
                      u"0.000 × 0.000 × 0.000 mm (X 0.000 to 0.000, Y 0.000 to 0.000, Z 12.700 to "
                      u"12.700)\nTools: T3\nSpindle: 8,000 to 8,000 rpm\nFeed: 254 to 254 mm/min\n"
                      u"Time: about 0.5 min\n"_s);
+        const QString rapid = writeFile(dir, u"rapid.nc"_s, "G21 G0 X1\n").toLocalFile();
+        cliRow("inspect nothing set", u"inspect "_s + rapid, 0,
+               rapid + u"\nLines: 1, moves: 1, units: mm\nCutting: none\nRapid: 0.000 × 0.000 × "
+                       u"0.000 mm (X 1.000 to 1.000, Y 0.000 to 0.000, Z 0.000 to 0.000)\n"
+                       u"Tools: none\nSpindle: none\nFeed: none\nTime: about 0.0 min\n"_s);
         cliRow(
             "inspect empty",
             u"inspect "_s + writeFile(dir, u"empty.gcode"_s, {}).toLocalFile() + u" --json"_s, 0,

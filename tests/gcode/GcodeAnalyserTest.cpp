@@ -5,6 +5,9 @@
 #include <QTemporaryFile>
 #include <QTest>
 
+#include <numbers>
+#include <numeric>
+
 using namespace tarnwick::gcode;
 using namespace Qt::StringLiterals;
 using enum Warning::Kind;
@@ -81,6 +84,7 @@ private Q_SLOTS:
         fromX10("G17 R long", "G2 X0 Y10 R-10", "-10 -10 0 / 10 10 0");
         fromX10("full circle", "G2 I-10", "-10 -10 0 / 10 10 0");
         fromX10("helix", "G3 X10 Y0 Z-2 I-10 J0", "-10 -10 -2 / 10 10 0");
+        fromX10("second turn", "G3 X0 Y10 I-10 P2", "-10 -10 0 / 10 10 0");
         fromX10("arc end within tolerance", "G3 X-10.004 I-10", "-10.004 0 0 / 10 10 0");
         fromOrigin("G18 IK", "G18 ", "G2 X10 I5 K0", "0 0 -5 / 10 0 0");
         fromOrigin("G18 R", "G18 ", "G3 X10 R5", "0 0 0 / 10 0 5");
@@ -100,6 +104,8 @@ private Q_SLOTS:
         QTest::newRow("syntax")
             << "%\nN10 g21 g0 x 1 0 . 5 y-2 z0 (move) ; X99\r\n/G0 X3*57\n%\n"_ba
             << u"2; cut none; rapid 3 -2 0 / 10.5 -2 0"_s;
+        QTest::newRow("classic Mac line ends") << "G21 M3 F100\rG0 X1 Y1 Z0\rG1 X2\r"_ba
+                                               << u"2; cut 1 1 0 / 2 1 0; rapid 1 1 0 / 1 1 0"_s;
         QTest::newRow("machine coordinates") << head + "G0 X1 Y1 Z1\nG53 G0 Z40\nG28\nG1 X2\n"
                                              << u"3; cut 1 1 1 / 2 1 1; rapid 1 1 1 / 1 1 1"_s;
         QTest::newRow("after program end") << head + "G0 X1 Y1 Z1\nM30\nG0 X50\n"
@@ -123,6 +129,9 @@ private Q_SLOTS:
             {{NoUnits, 0, {}}, "The file sets no units (G20 or G21); millimetres are assumed."},
             {{MixedUnits, 2, {}}, "Line 2 switches between inches and millimetres."},
             {{FeedBeforeFeedRate, 3, {}}, "Line 3 feeds before any feed rate (F) is set."},
+            {{ZeroFeed, 3, {}}, "Line 3 feeds at a feed rate of zero (F0)."},
+            {{NegativeFeed, 3, u"F-5"_s},
+             "Line 3 sets a negative feed rate (F-5), which is left out of the feeds."},
             {{CutWithSpindleStopped, 4, {}},
              "Line 4 cuts while the spindle is stopped (no M3 or M4 before it)."},
             {{Unsupported, 5, u"M98"_s},
@@ -157,6 +166,8 @@ private Q_SLOTS:
         row("mixed units", "G21\nG20\nG21\n", {{MixedUnits, 2, {}}});
         row("no spindle, no feed", "G21\nG1 X1\nG2 X3 I1\n",
             {{CutWithSpindleStopped, 2, {}, 2}, {FeedBeforeFeedRate, 2, {}, 2}});
+        row("zero and negative feed", "G21 M3\nG1 X1 F0\nG1 X2 F-5\n",
+            {{ZeroFeed, 2, {}, 2}, {NegativeFeed, 3, u"F-5"_s}});
         row("spindle stopped", head + "M5\nG1 X1\n", {{CutWithSpindleStopped, 3, {}}});
         row("subroutine", head + "O100 SUB\nM98 P100\n",
             {{Unsupported, 2, u"O"_s}, {Unsupported, 3, u"M98"_s}});
@@ -169,12 +180,15 @@ private Q_SLOTS:
              {Unsupported, 3, u"U"_s},
              {Unsupported, 4, u"G7"_s},
              {Unsupported, 5, u"M123"_s}});
-        row("malformed", head + "G1 X\nG1 X1 X2\nG1 (open\n$H\nG1.55\nG80 X1\n",
+        row("malformed", head + "G1 X\nG1 X1 X2\nG1 (open\n$H\nG1.55\nG80 X1\nG2 I1 P1.5\n",
             {{Malformed, 2, u"X"_s, 2},
              {Malformed, 4, u"("_s},
              {Malformed, 5, u"$"_s},
              {Unsupported, 6, u"G1.55"_s},
-             {Malformed, 7, u"G80"_s}});
+             {Malformed, 7, u"G80"_s},
+             {Malformed, 8, u"P"_s}});
+        row("codes beyond any controller's", head + "G300000000 X1\nM999999999\nG-1\n",
+            {{Malformed, 2, u"G"_s, 2}, {Malformed, 3, u"M"_s}});
         row("bad arcs", head + "G2 X10 R2\nG3 X0 I1 J1\nG2 X5\nG2 X5 R1\n",
             {{InvalidArc, 2, {}, 4}});
         row("machine moves", head + "G28 G91 Z0\nG53 G0 Z0\nG30\n",
@@ -198,8 +212,8 @@ private Q_SLOTS:
     void reportsToolsSpeedsFeedsAndTime() {
         const JobSummary summary =
             analyse("G21\nT1 M6\nS1000 M3\nG0 X0 Y0 Z0\nG0 X30\nG1 X90 F600\n"
-                    "T2\nM6\nS12000\nG20 F10 X4\nM5\nS50\nT1 M6\nT3\n"_ba);
-        QCOMPARE(summary.lines, 14);
+                    "T2\nM6\nS12000\nG20 F10 X4\nM5\nS50\nT1 M6\nT3\nF-5\n"_ba);
+        QCOMPARE(summary.lines, 15);
         QCOMPARE(summary.tools, (QList<int>{1, 2}));
         QVERIFY(summary.spindle && summary.feed);
         QCOMPARE(*summary.spindle, (Range{1000, 12000}));
@@ -209,13 +223,22 @@ private Q_SLOTS:
         // 30 mm rapid at 3000 mm/min, 60 mm at 600 mm/min, 11.6 mm at 254 mm/min.
         QCOMPARE(summary.cuttingLength, 60 + 11.6);
         QCOMPARE(summary.estimatedSeconds, 0.6 + 6 + 11.6 / 254 * 60);
+        // Extra turns are full circles; each of many tools is listed once, in order.
+        QCOMPARE(analyse("G21 G0 X10 Y0\nG3 I-10 P3\n"_ba).cuttingLength, 60 * std::numbers::pi);
+        QByteArray changes;
+        for (int change = 0; change < 20'000; ++change)
+            changes += "T" + QByteArray::number(2000 - change % 2000) + " M6\n";
+        QList<int> descending(2000);
+        std::iota(descending.rbegin(), descending.rend(), 1);
+        QCOMPARE(analyse(changes).tools, descending);
     }
 
-    // Empty, unterminated, and CR LF with a blank line.
+    // Empty, unterminated, CR LF with a blank line, and CR alone.
     void countsLinesOfAnyEnding() {
         QCOMPARE(QList<qint64>({analyse({}, 1).lines, analyse("G0 X1\nG0 X2", 1).lines,
-                                analyse("G0 X1\r\n\r\nG0 X2\r\n", 1).lines}),
-                 QList<qint64>({0, 2, 3}));
+                                analyse("G0 X1\r\n\r\nG0 X2\r\n", 1).lines,
+                                analyse("G0 X1\rG0 X2\r\rG0 X3", 1).lines}),
+                 QList<qint64>({0, 2, 3, 4}));
     }
 
     void keepsTheSketchWithinItsBudget() {

@@ -11,19 +11,22 @@ class GermanCatalogueTest : public QObject {
 private Q_SLOTS:
     // In order: a language without a catalogue also takes away the one in use.
     void errorTextsFollowTheLanguage() {
-        const std::tuple<QLocale, bool, Error, const char*> rows[] = {
+        // Numbers are written in the language of the texts.
+        const std::tuple<QLocale, bool, Error, const char*, const char*> rows[] = {
             {QLocale(QLocale::German, QLocale::Germany), true, UploadError::cancelled(),
-             "Das Hochladen wurde abgebrochen."},
+             "Das Hochladen wurde abgebrochen.", "2,5"},
             {QLocale(QLocale::German, QLocale::Austria), true,
              MakeraPacketError::checksum(0x1234, 0xABCD),
              "Die Maschine hat ein Paket mit falscher Prüfsumme gesendet (berechnet 0x1234, "
-             "empfangen 0xABCD)."},
+             "empfangen 0xABCD).",
+             "2,5"},
             {QLocale(QLocale::French, QLocale::France), false, UploadError::cancelled(),
-             "The upload was cancelled."},
+             "The upload was cancelled.", "2.5"},
         };
-        for (const auto& [locale, found, error, text] : rows) {
+        for (const auto& [locale, found, error, text, number] : rows) {
             QCOMPARE(i18n::useLanguage(locale), found);
             QCOMPARE(error.description(), QString::fromUtf8(text));
+            QCOMPARE(QLocale().toString(2.5, 'f', 1), QString::fromUtf8(number));
         }
     }
 };

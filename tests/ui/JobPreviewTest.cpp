@@ -1,9 +1,11 @@
 #include "UiHarness.h"
 #include "gcode/GcodeAnalyser.h"
+#include "ui/ElidedLabel.h"
 #include "ui/FileJobAnalyser.h"
 #include "ui/JobPreviewTexts.h"
 #include "ui/JobPreviewView.h"
 #include "ui/Style.h"
+#include "ui/ToolpathRaster.h"
 
 #include <QTest>
 
@@ -43,12 +45,48 @@ private Q_SLOTS:
              u"Cuts: 2.000 × 1.000 × 0.500 in (50.8 × 25.4 × 12.7 mm)\n"
              u"Rapid moves: 0.000 × 0.000 × 0.000 in (0.0 × 0.0 × 0.0 mm)\n"
              u"Units: Inches, absolute\nTools: None\nSpindle: None\n"
-             u"Feed: 20.0 in/min\nTime: about 7 s\nMoves: 2\nLines: 3"_s}};
+             u"Feed: 20.0 in/min\nTime: about 7 s\nMoves: 2\nLines: 3"_s},
+            // What a partial analysis did not find may be in the part it could not read.
+            {"G21\nG0 X0 Y0 Z5\nU1\n"_ba,
+             u"Cuts: Not known: line 3 uses U\nRapid moves: 0.0 × 0.0 × 0.0 mm\n"
+             u"Units: Millimetres, absolute\nTools: Not known: line 3 uses U\n"
+             u"Spindle: Not known: line 3 uses U\nFeed: Not known: line 3 uses U\n"
+             u"Time: Not known: line 3 uses U\nMoves: 1\nLines: 3"_s}};
         for (const auto& [program, expected] : cases) {
             gcode::GcodeAnalyser analyser;
             analyser.feed(program.constData(), program.size());
             QCOMPARE(facts(JobPreviewTexts::rows(analyser.finish(), english)), expected);
         }
+    }
+
+    // Out-and-back paths and the ends of arcs reach the pixels: at 2 px per mm, each listed
+    // point of the path is drawn as a cut.
+    void drawsEveryMotion_data() {
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<QList<QPointF>>("drawn");
+        const QByteArray head = "G21 M3 S1000 F100\nG0 X0 Y0 Z1\n";
+        QTest::newRow("ramping slot")
+            << head + "G1 Z0\nG1 X50 Z-0.5\nG1 X0 Z-1\nG1 X50 Z-1.5\nG1 X0 Z-2\n"
+            << QList<QPointF>{{25, 0}, {50, 0}};
+        QTest::newRow("out and back") << head + "G1 X30 Y20\nG1 X0 Y0\n"
+                                      << QList<QPointF>{{15, 10}, {30, 20}};
+        QTest::newRow("semicircle and back") << head + "G2 X40 Y0 I20\nG3 X0 Y0 I-20\n"
+                                             << QList<QPointF>{{20, 20}, {40, 0}};
+        QTest::newRow("full circle") << head + "G0 X40 Y20\nG2 I-20\n"
+                                     << QList<QPointF>{{0, 20}, {20, 40}, {40, 20}, {20, 0}};
+    }
+    void drawsEveryMotion() {
+        QFETCH(QByteArray, program);
+        QFETCH(QList<QPointF>, drawn);
+        gcode::GcodeAnalyser analyser;
+        analyser.feed(program.constData(), program.size());
+        analyser.finish();
+        QTransform toPixels;
+        toPixels.translate(10, 10).scale(2, 2);
+        const QImage image = rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 100},
+                                               Qt::red, Qt::gray);
+        for (const QPointF& point : drawn)
+            QCOMPARE(image.pixelColor(toPixels.map(point).toPoint()), QColor(Qt::red));
     }
 
     void roundsTheTime() {
@@ -58,7 +96,8 @@ private Q_SLOTS:
             QCOMPARE(JobPreviewTexts::duration(seconds, english), QString::fromLatin1(text));
     }
 
-    // The view follows each new choice; the path is drawn in the accent colour.
+    // The view follows each new choice; the path is drawn in the accent colour, and long rows
+    // keep to the window's width.
     void followsTheChosenFile() {
         ModelHarness h;
         h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
@@ -86,6 +125,20 @@ private Q_SLOTS:
             for (int x = 0; x < drawing.width() && !accent; ++x)
                 accent = drawing.pixelColor(x, y) == style::accent(&view);
         QVERIFY(accent);
+
+        // Twenty tools elide, whole in the tooltip, and never widen the window.
+        const int least = view.minimumSizeHint().width();
+        QByteArray program = "G21 M3 F100\nG0 X0 Y0 Z0\nG1 X50 Y20\nO7\n";
+        for (int tool = 1; tool <= 20; ++tool)
+            program += "T" + QByteArray::number(tool * 1000) + " M6\n";
+        h.model->chooseFile(JobFile::fromUrl(writeFile(h.dir, u"c.nc"_s, program)).value());
+        QTRY_VERIFY([&view] {
+            const auto facts = view.findChildren<ElidedLabel*>(u"previewFact"_s);
+            return std::any_of(facts.begin(), facts.end(), [](const ElidedLabel* fact) {
+                return fact->toolTip().startsWith(u"T1000, T2000, "_s);
+            });
+        }());
+        QCOMPARE(view.minimumSizeHint().width(), least);
 
         QFile::remove(h.model->selectedFile()->url.toLocalFile());
         h.model->chooseFile(*h.model->selectedFile());

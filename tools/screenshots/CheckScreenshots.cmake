@@ -1,0 +1,20 @@
+# Runs tarnwick-screenshots into FOLDER and checks that each key picture was written as a PNG
+# file, so that the tool keeps working as the windows change:
+#   cmake -DTOOL=path/to/tarnwick-screenshots -DFOLDER=folder -P CheckScreenshots.cmake
+file(REMOVE_RECURSE "${FOLDER}")
+execute_process(COMMAND "${TOOL}" "${FOLDER}" RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "tarnwick-screenshots ended with ${result}")
+endif()
+foreach(name main-empty main-uploading preview preview-warnings settings about)
+    foreach(appearance light dark light-de)
+        set(path "${FOLDER}/${name}-${appearance}.png")
+        if(NOT EXISTS "${path}")
+            message(FATAL_ERROR "${path} was not written")
+        endif()
+        file(READ "${path}" signature LIMIT 8 HEX)
+        if(NOT signature STREQUAL "89504e470d0a1a0a")
+            message(FATAL_ERROR "${path} is not a PNG file")
+        endif()
+    endforeach()
+endforeach()
