@@ -400,6 +400,13 @@ Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien
     </message>
 </context>
 <context>
+    <name>UploadWorkflow</name>
+    <message>
+        <source>The upload history could not be saved: %1</source>
+        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
+    </message>
+</context>
+<context>
     <name>cli</name>
     <message>
         <source>Manual machine</source>
@@ -459,10 +466,6 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>Manual machine</source>
         <translation>Manuelle Maschine</translation>
-    </message>
-    <message>
-        <source>The upload history could not be saved: %1</source>
-        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
     </message>
 </context>
 <context>
@@ -687,10 +690,6 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>This exact file was uploaded to this machine in the last 24 hours. Run the command again with --again to send it anyway.</source>
         <translation>Genau diese Datei wurde in den letzten 24 Stunden auf diese Maschine hochgeladen. Führen Sie den Befehl mit --again erneut aus, um sie trotzdem zu senden.</translation>
-    </message>
-    <message>
-        <source>The upload history could not be saved: %1</source>
-        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "app/AppPersistence.h"
 #include "app/Services.h"
+#include "app/UploadWorkflow.h"
 
 #include <QCollator>
 #include <QDateTime>
@@ -48,6 +49,9 @@ public:
     bool isCheckingConnection() const { return m_isCheckingConnection; }
     bool isUploading() const { return m_isUploading; }
     const std::optional<QString>& errorMessage() const { return m_errorMessage; }
+    // The failure behind errorMessage, so that a view can tell its kind without reading the text;
+    // none while there is no message or the message is a view's own.
+    const std::optional<Error>& lastFailure() const { return m_lastFailure; }
     bool showConfirmation() const { return m_showConfirmation; }
     // How much of the job file was checked before sending, 0 to 1, while that takes a while.
     std::optional<double> checkingFraction() const { return m_checkingFraction; }
@@ -57,7 +61,7 @@ public:
     bool isMachineListFull() const { return m_isMachineListFull; }
 
     // The views write these two directly: a file's validation message or the alert's dismissal,
-    // and the sheet's dismissal.
+    // and the sheet's dismissal. A message from a view has no lastFailure.
     void setErrorMessage(const std::optional<QString>& message);
     void setShowConfirmation(bool show);
     // The user has read the notice; the next upload clears it too.
@@ -99,11 +103,14 @@ Q_SIGNALS:
     void isCheckingConnectionChanged();
     void isUploadingChanged();
     void errorMessageChanged();
+    void lastFailureChanged();
     void showConfirmationChanged();
     void checkingFractionChanged();
     void noticeChanged();
     void isMachineListFullChanged();
     void jobAnalysisChanged();
+    // How the upload that isUploading followed ended, as it ends.
+    void uploadEnded(const tarnwick::UploadOutcome& outcome);
 
 private:
     void restoreRecentFiles();
@@ -114,9 +121,10 @@ private:
     void checkConnection(CheckFailure failure = CheckFailure::Reported);
     void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
     void mergeDiscovered(const Machine& machine);
-    void finishUpload(const Machine& machine, const JobFile& file);
-    void failUpload(const Error& error, const Machine& machine, const JobFile& file);
-    void endUpload();
+    void finishUpload(const UploadOutcome& outcome, const Machine& machine, const JobFile& file);
+    void failUpload(const Error& error, const JobFile& file);
+    void recheckAfter(const Error& error, const Machine& machine);
+    void showFailure(const Error& failure, const QString& message);
     void analyseSelectedFile();
 
     template <typename T>
@@ -144,6 +152,7 @@ private:
     bool m_isCheckingConnection = false;
     bool m_isUploading = false;
     std::optional<QString> m_errorMessage;
+    std::optional<Error> m_lastFailure;
     bool m_showConfirmation = false;
     std::optional<double> m_checkingFraction;
     std::optional<QString> m_notice;
@@ -154,7 +163,9 @@ private:
     QCollator m_nameOrder;
 
     QPointer<MachineScan> m_scan;
-    QPointer<FileUploading> m_uploader;
+    // Whether the running scan has heard the selected machine.
+    bool m_selectionHeard = false;
+    QPointer<UploadWorkflow> m_upload;
     std::unique_ptr<JobAnalysing> m_jobAnalyser;
     QPointer<JobAnalysis> m_jobAnalysis;
 };
