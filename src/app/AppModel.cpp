@@ -111,7 +111,7 @@ void AppModel::discover() {
     });
     connect(m_scan, &Operation::failed, this, [this](const Error& error) {
         if (!error.is<CancellationError>())
-            showFailure(error, tr("Discovery failed: %1").arg(error.description()));
+            showFailure(error, discoveryFailureMessage(error));
         setDiscovering(false);
     });
 }
@@ -249,7 +249,7 @@ void AppModel::prepareUpload() {
 std::optional<QString> AppModel::remotePath() const {
     if (!m_selectedFile)
         return std::nullopt;
-    return remoteFolder + m_selectedFile->fileName();
+    return QLatin1String(machineJobFolder) + m_selectedFile->fileName();
 }
 
 bool AppModel::isRecentDuplicate() const {

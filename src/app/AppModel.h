@@ -25,7 +25,6 @@ public:
     static constexpr std::chrono::seconds scanDuration{3};
     static constexpr int maximumRecentFiles = 8;
     static constexpr qint64 duplicateWindowSeconds = duplicateUploadWindowSeconds;
-    static inline const QString remoteFolder = QStringLiteral("/sd/gcodes/");
     // A scan lists no more machines than this: one faulty or hostile device announcing
     // thousands of addresses must not swamp the list, the window or the memory.
     static constexpr int maximumListedMachines = 256;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/JobFile.h"
 #include "app/Result.h"
 
 #include <QByteArray>
@@ -9,8 +10,6 @@ namespace tarnwick {
 
 // The text command that opens a transfer into the machine's job folder.
 namespace MakeraFilename {
-
-inline constexpr char destinationFolder[] = "/sd/gcodes/";
 
 // "upload /sd/gcodes/" + the escaped name + a line feed, as UTF-8. Refuses a name that would
 // leave the folder: one holding a slash or backslash, or exactly "." or "..".
