@@ -327,44 +327,12 @@ Exit-Codes:
         <source>--port takes a port number from 1 to 65535.</source>
         <translation>--port erwartet eine Portnummer von 1 bis 65535.</translation>
     </message>
-    <message>
-        <source>Discovery failed: %1</source>
-        <translation>Die Suche nach Maschinen ist fehlgeschlagen: %1</translation>
-    </message>
 </context>
 <context>
     <name>UploadCommand</name>
     <message>
         <source>Sends job files to machines without starting them</source>
         <translation>Sendet Auftragsdateien an Maschinen, ohne sie zu starten</translation>
-    </message>
-    <message>
-        <source>Sends job files (.nc, .cnc or .gcode) into each machine&apos;s folder /sd/gcodes/. The jobs are not started. Every file goes to every machine: one file at a time per machine, in the order given, and the machines in parallel.
-Ctrl-C, SIGTERM or SIGHUP cancels the uploads and tells the machines.
-
-Exit codes (with several uploads, the first failure in the order of the files, then of the machines):
-  0  uploaded; each upload is added to the upload history
-  1  any other failure
-  2  bad usage, an unusable file or an invalid address; nothing was sent
-  3  machine unreachable (refused, connection time-out, network error before the transfer), or no machine of that name answered
-  4  refused by the machine, or by its rules (a name it cannot take)
-  5  timed out waiting for the machine
-  6  cancelled by the user or a signal
-  7  sent to this machine in the last 24 hours (see --again)
-  8  the job file changed or became unreadable during the upload</source>
-        <translation>Sendet Auftragsdateien (.nc, .cnc oder .gcode) in den Ordner /sd/gcodes/ jeder Maschine. Die Aufträge werden nicht gestartet. Jede Datei geht an jede Maschine: je Maschine eine Datei nach der anderen, in der angegebenen Reihenfolge, und die Maschinen parallel.
-Strg+C, SIGTERM oder SIGHUP bricht das Hochladen ab und teilt es den Maschinen mit.
-
-Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien, dann der Maschinen):
-  0  hochgeladen; jeder Upload wird in den Upload-Verlauf aufgenommen
-  1  jeder andere Fehler
-  2  falscher Aufruf, eine unbrauchbare Datei oder eine ungültige Adresse; es wurde nichts gesendet
-  3  Maschine nicht erreichbar (abgewiesen, Zeitüberschreitung beim Verbinden, Netzwerkfehler vor der Übertragung), oder keine Maschine dieses Namens hat geantwortet
-  4  von der Maschine oder ihren Regeln abgelehnt (ein Name, den sie nicht annehmen kann)
-  5  Zeitüberschreitung beim Warten auf die Maschine
-  6  vom Benutzer oder durch ein Signal abgebrochen
-  7  in den letzten 24 Stunden an diese Maschine gesendet (siehe --again)
-  8  die Auftragsdatei hat sich während des Hochladens geändert oder wurde unlesbar</translation>
     </message>
     <message>
         <source>Send a file even if it went to the machine in the last 24 hours.</source>
@@ -410,6 +378,41 @@ Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien
         <source>A machine: its IPv4 address, with the controller&apos;s port (%1 when left out), or the name it announces on the local network, in any letter case (the tool listens for three seconds, and a name that two machines share is refused). Repeat for several machines.</source>
         <translation>Eine Maschine: ihre IPv4-Adresse mit dem Port der Steuerung (%1, wenn weggelassen) oder der Name, unter dem sie sich im lokalen Netzwerk meldet, in beliebiger Groß- und Kleinschreibung (das Werkzeug hört drei Sekunden lang zu, und ein Name, den zwei Maschinen tragen, wird abgelehnt). Für mehrere Maschinen wiederholen.</translation>
     </message>
+    <message>
+        <source>Sends job files (.nc, .cnc or .gcode) into each machine&apos;s folder %1. The jobs are not started. Every file goes to every machine: one file at a time per machine, in the order given, and the machines in parallel.
+Ctrl-C, SIGTERM or SIGHUP cancels the uploads and tells the machines.
+
+Exit codes (with several uploads, the first failure in the order of the files, then of the machines):
+  0  uploaded; each upload is added to the upload history
+  1  any other failure
+  2  bad usage, an unusable file or an invalid address; nothing was sent
+  3  machine unreachable (refused, connection time-out, network error before the transfer), or no machine of that name answered
+  4  refused by the machine, or by its rules (a name it cannot take)
+  5  timed out waiting for the machine
+  6  cancelled by the user or a signal
+  7  sent to this machine in the last 24 hours (see --again)
+  8  the job file changed or became unreadable during the upload</source>
+        <translation>Sendet Auftragsdateien (.nc, .cnc oder .gcode) in den Ordner %1 jeder Maschine. Die Aufträge werden nicht gestartet. Jede Datei geht an jede Maschine: je Maschine eine Datei nach der anderen, in der angegebenen Reihenfolge, und die Maschinen parallel.
+Strg+C, SIGTERM oder SIGHUP bricht das Hochladen ab und teilt es den Maschinen mit.
+
+Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien, dann der Maschinen):
+  0  hochgeladen; jeder Upload wird in den Upload-Verlauf aufgenommen
+  1  jeder andere Fehler
+  2  falscher Aufruf, eine unbrauchbare Datei oder eine ungültige Adresse; es wurde nichts gesendet
+  3  Maschine nicht erreichbar (abgewiesen, Zeitüberschreitung beim Verbinden, Netzwerkfehler vor der Übertragung), oder keine Maschine dieses Namens hat geantwortet
+  4  von der Maschine oder ihren Regeln abgelehnt (ein Name, den sie nicht annehmen kann)
+  5  Zeitüberschreitung beim Warten auf die Maschine
+  6  vom Benutzer oder durch ein Signal abgebrochen
+  7  in den letzten 24 Stunden an diese Maschine gesendet (siehe --again)
+  8  die Auftragsdatei hat sich während des Hochladens geändert oder wurde unlesbar</translation>
+    </message>
+</context>
+<context>
+    <name>UploadWorkflow</name>
+    <message>
+        <source>The upload history could not be saved: %1</source>
+        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>cli</name>
@@ -420,14 +423,6 @@ Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien
     <message>
         <source>Enter a valid IPv4 address and port.</source>
         <translation>Geben Sie eine gültige IPv4-Adresse und einen Port ein.</translation>
-    </message>
-    <message>
-        <source>Discovery failed: %1</source>
-        <translation>Die Suche nach Maschinen ist fehlgeschlagen: %1</translation>
-    </message>
-    <message>
-        <source>Uploaded %1 to %2:/sd/gcodes/%1.</source>
-        <translation>%1 nach %2:/sd/gcodes/%1 hochgeladen.</translation>
     </message>
     <message>
         <source>Usage: tarnwick-cli COMMAND [OPTIONS]
@@ -457,13 +452,13 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <source>tarnwick-cli: unknown command &apos;%1&apos;</source>
         <translation>tarnwick-cli: unbekannter Befehl „%1“</translation>
     </message>
+    <message>
+        <source>Uploaded %1 to %2:%3%1.</source>
+        <translation>%1 nach %2:%3%1 hochgeladen.</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::AppModel</name>
-    <message>
-        <source>Discovery failed: %1</source>
-        <translation>Die Suche nach Maschinen ist fehlgeschlagen: %1</translation>
-    </message>
     <message>
         <source>Connection check failed: %1</source>
         <translation>Die Verbindungsprüfung ist fehlgeschlagen: %1</translation>
@@ -472,16 +467,19 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <source>Manual machine</source>
         <translation>Manuelle Maschine</translation>
     </message>
-    <message>
-        <source>The upload history could not be saved: %1</source>
-        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
-    </message>
 </context>
 <context>
     <name>tarnwick::CancellationError</name>
     <message>
         <source>The operation was cancelled.</source>
         <translation>Der Vorgang wurde abgebrochen.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::Discovery</name>
+    <message>
+        <source>Discovery failed: %1</source>
+        <translation>Die Suche nach Maschinen ist fehlgeschlagen: %1</translation>
     </message>
 </context>
 <context>
@@ -703,10 +701,6 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>This exact file was uploaded to this machine in the last 24 hours. Run the command again with --again to send it anyway.</source>
         <translation>Genau diese Datei wurde in den letzten 24 Stunden auf diese Maschine hochgeladen. Führen Sie den Befehl mit --again erneut aus, um sie trotzdem zu senden.</translation>
-    </message>
-    <message>
-        <source>The upload history could not be saved: %1</source>
-        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
     </message>
 </context>
 <context>

@@ -69,7 +69,13 @@ void AppModel::assign(T& field, T value, void (AppModel::*changed)()) {
 }
 
 void AppModel::setErrorMessage(const std::optional<QString>& message) {
+    assign(m_lastFailure, std::optional<Error>(), &AppModel::lastFailureChanged);
     assign(m_errorMessage, message, &AppModel::errorMessageChanged);
+}
+
+void AppModel::showFailure(const Error& failure, const QString& message) {
+    assign(m_lastFailure, std::optional(failure), &AppModel::lastFailureChanged);
+    assign(m_errorMessage, std::optional(message), &AppModel::errorMessageChanged);
 }
 
 void AppModel::setShowConfirmation(bool show) {
@@ -93,12 +99,23 @@ void AppModel::discover() {
     m_machinesSorted = true;
     assign(m_isMachineListFull, false, &AppModel::isMachineListFullChanged);
 
+    m_selectionHeard = false;
     m_scan = m_discoverer->discover(scanDuration, this);
     connect(m_scan, &MachineScan::machineFound, this, &AppModel::mergeDiscovered);
-    connect(m_scan, &Operation::finished, this, [this] { setDiscovering(false); });
+    connect(m_scan, &MachineScan::machineFound, this, [this](const Machine& machine) {
+        if (m_selectedMachine && m_selectedMachine->id() == machine.id())
+            m_selectionHeard = true;
+    });
+    connect(m_scan, &Operation::finished, this, [this] {
+        setDiscovering(false);
+        // A machine that was switched off keeps the status it last had until something asks it:
+        // the scan not hearing it is reason enough to. The badge says how that ended.
+        if (!m_selectionHeard)
+            checkConnection(CheckFailure::Silent);
+    });
     connect(m_scan, &Operation::failed, this, [this](const Error& error) {
         if (!error.is<CancellationError>())
-            setErrorMessage(tr("Discovery failed: %1").arg(error.description()));
+            showFailure(error, discoveryFailureMessage(error));
         setDiscovering(false);
     });
 }
@@ -179,7 +196,7 @@ void AppModel::checkConnection(CheckFailure failure) {
             [this, failure, id = machine.id()](const Error& error) {
                 updateStatus(Machine::ConnectionStatus::Unavailable, id);
                 if (failure == CheckFailure::Reported)
-                    setErrorMessage(tr("Connection check failed: %1").arg(error.description()));
+                    showFailure(error, tr("Connection check failed: %1").arg(error.description()));
                 setCheckingConnection(false);
             });
 }
@@ -252,14 +269,14 @@ void AppModel::prepareUpload() {
 std::optional<QString> AppModel::remotePath() const {
     if (!m_selectedFile)
         return std::nullopt;
-    return remoteFolder + m_selectedFile->fileName();
+    return QLatin1String(machineJobFolder) + m_selectedFile->fileName();
 }
 
 bool AppModel::isRecentDuplicate() const {
     if (!m_selectedMachine || !m_selectedFile)
         return false;
-    return tarnwick::isRecentDuplicate(m_persistence->uploadRecords(), m_selectedMachine->id(),
-                                       m_selectedFile->id(), m_selectedFile->size, m_now());
+    return UploadWorkflow::isRecentDuplicate(*m_persistence, *m_selectedMachine, *m_selectedFile,
+                                             m_now());
 }
 
 void AppModel::upload(bool duplicateConfirmed) {
@@ -276,65 +293,75 @@ void AppModel::upload(bool duplicateConfirmed) {
     dismissNotice();
     setUploading(true);
 
-    if (m_uploader) {
-        m_uploader->disconnect(this);
-        m_uploader->deleteLater();
+    if (m_upload) {
+        m_upload->disconnect(this);
+        m_upload->deleteLater();
     }
-    FileUploading* uploader = m_makeUploader().release();
-    uploader->setParent(this);
-    m_uploader = uploader;
-    connect(uploader, &FileUploading::progress, this, &AppModel::setProgress);
-    connect(uploader, &FileUploading::checking, this, [this](qint64 checked, qint64 total) {
+    m_upload = new UploadWorkflow(file, machine, *m_persistence, m_makeUploader, this);
+    m_upload->setClock(m_now);
+    connect(m_upload, &UploadWorkflow::progress, this, &AppModel::setProgress);
+    connect(m_upload, &UploadWorkflow::checking, this, [this](qint64 checked, qint64 total) {
         assign(m_checkingFraction, std::optional(double(checked) / double(total)),
                &AppModel::checkingFractionChanged);
     });
-    connect(uploader, &Operation::finished, this,
-            [this, machine, file] { finishUpload(machine, file); });
-    connect(uploader, &Operation::failed, this,
-            [this, machine, file](const Error& error) { failUpload(error, machine, file); });
-    uploader->upload(file, machine);
+    connect(m_upload, &UploadWorkflow::ended, this,
+            [this, machine, file](const UploadOutcome& outcome) {
+                finishUpload(outcome, machine, file);
+            });
+    m_upload->start(duplicateConfirmed);
 }
 
-void AppModel::finishUpload(const Machine& machine, const JobFile& file) {
-    // The file is on the machine whatever happens to the history; the user only learns that the
-    // next duplicate warning may be missing.
-    if (const std::optional<Error> error =
-            m_persistence->recordUpload(UploadRecord{machine.id(), file.id(), file.size, m_now()}))
-        assign(m_notice,
-               std::optional(
-                   tr("The upload history could not be saved: %1").arg(error->description())),
-               &AppModel::noticeChanged);
-    endUpload();
+void AppModel::finishUpload(const UploadOutcome& outcome, const Machine& machine,
+                            const JobFile& file) {
+    switch (outcome.kind) {
+    case UploadOutcome::Kind::Uploaded:
+        break;
+    case UploadOutcome::Kind::UploadedNotRecorded:
+        // The file is on the machine whatever happens to the history; the user only learns that
+        // the next duplicate warning may be missing.
+        assign(m_notice, std::optional(outcome.notRecordedMessage()), &AppModel::noticeChanged);
+        break;
+    case UploadOutcome::Kind::Failed:
+        failUpload(*outcome.error, file);
+        break;
+    case UploadOutcome::Kind::DuplicateRefused:
+        // Another program sent the same file a moment ago: the sheet asks again.
+        setShowConfirmation(true);
+        break;
+    }
+    assign(m_checkingFraction, std::optional<double>(), &AppModel::checkingFractionChanged);
+    m_upload->deleteLater();
+    m_upload = nullptr;
+    setUploading(false);
+    Q_EMIT uploadEnded(outcome);
+    if (outcome.kind == UploadOutcome::Kind::Failed)
+        recheckAfter(*outcome.error, machine);
 }
 
-void AppModel::failUpload(const Error& error, const Machine& machine, const JobFile& file) {
+void AppModel::failUpload(const Error& error, const JobFile& file) {
     const TransferProgress cancelledValue{TransferProgress::Phase::Cancelled,
                                           m_progress ? m_progress->bytesSent : 0, file.size, 0};
     if (error.is<CancellationError>()) {
         setProgress(cancelledValue);
     } else {
-        setErrorMessage(error.description());
+        showFailure(error, error.description());
         if (error.isUploadError(UploadError::Kind::Cancelled))
             setProgress(cancelledValue);
     }
-    endUpload();
-    // A failed upload may be the first sign that the machine went away: the badge must not
-    // keep saying "Connected" beside the failure. The failure itself is what the user reads.
+}
+
+// A failed upload may be the first sign that the machine went away: the badge must not keep
+// saying "Connected" beside the failure. The failure itself is what the user reads.
+void AppModel::recheckAfter(const Error& error, const Machine& machine) {
     const bool reachabilityInDoubt = !error.is<CancellationError>() && !error.is<JobFileError>() &&
                                      !error.isUploadError(UploadError::Kind::Cancelled);
     if (reachabilityInDoubt && m_selectedMachine && m_selectedMachine->id() == machine.id())
         checkConnection(CheckFailure::Silent);
 }
 
-void AppModel::endUpload() {
-    assign(m_checkingFraction, std::optional<double>(), &AppModel::checkingFractionChanged);
-    setUploading(false);
-    m_uploader = nullptr;
-}
-
 void AppModel::cancelUpload() {
-    if (m_uploader)
-        m_uploader->cancel();
+    if (m_upload)
+        m_upload->cancel();
 }
 
 void AppModel::insertMachine(qsizetype row, const Machine& machine) {

@@ -2,6 +2,7 @@
 
 #include "app/AppPersistence.h"
 #include "app/Services.h"
+#include "app/UploadWorkflow.h"
 
 #include <QCollator>
 #include <QDateTime>
@@ -25,7 +26,6 @@ public:
     static constexpr std::chrono::seconds scanDuration{3};
     static constexpr int maximumRecentFiles = 8;
     static constexpr qint64 duplicateWindowSeconds = duplicateUploadWindowSeconds;
-    static inline const QString remoteFolder = QStringLiteral("/sd/gcodes/");
     // A scan lists no more machines than this: one faulty or hostile device announcing
     // thousands of addresses must not swamp the list, the window or the memory.
     static constexpr int maximumListedMachines = 256;
@@ -49,6 +49,9 @@ public:
     bool isCheckingConnection() const { return m_isCheckingConnection; }
     bool isUploading() const { return m_isUploading; }
     const std::optional<QString>& errorMessage() const { return m_errorMessage; }
+    // The failure behind errorMessage, so that a view can tell its kind without reading the text;
+    // none while there is no message or the message is a view's own.
+    const std::optional<Error>& lastFailure() const { return m_lastFailure; }
     bool showConfirmation() const { return m_showConfirmation; }
     // How much of the job file was checked before sending, 0 to 1, while that takes a while.
     std::optional<double> checkingFraction() const { return m_checkingFraction; }
@@ -61,7 +64,7 @@ public:
     bool isSelectedMachineBusy() const;
 
     // The views write these two directly: a file's validation message or the alert's dismissal,
-    // and the sheet's dismissal.
+    // and the sheet's dismissal. A message from a view has no lastFailure.
     void setErrorMessage(const std::optional<QString>& message);
     void setShowConfirmation(bool show);
     // The user has read the notice; the next upload clears it too.
@@ -109,12 +112,15 @@ Q_SIGNALS:
     void isCheckingConnectionChanged();
     void isUploadingChanged();
     void errorMessageChanged();
+    void lastFailureChanged();
     void showConfirmationChanged();
     void checkingFractionChanged();
     void noticeChanged();
     void isMachineListFullChanged();
     void isSelectedMachineBusyChanged();
     void jobAnalysisChanged();
+    // How the upload that isUploading followed ended, as it ends.
+    void uploadEnded(const tarnwick::UploadOutcome& outcome);
 
 private:
     void restoreRecentFiles();
@@ -126,9 +132,10 @@ private:
     void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
     void mergeDiscovered(const Machine& machine);
     void noteAnnouncedBusy(const Machine& machine);
-    void finishUpload(const Machine& machine, const JobFile& file);
-    void failUpload(const Error& error, const Machine& machine, const JobFile& file);
-    void endUpload();
+    void finishUpload(const UploadOutcome& outcome, const Machine& machine, const JobFile& file);
+    void failUpload(const Error& error, const JobFile& file);
+    void recheckAfter(const Error& error, const Machine& machine);
+    void showFailure(const Error& failure, const QString& message);
     void analyseSelectedFile();
 
     template <typename T>
@@ -158,6 +165,7 @@ private:
     bool m_isCheckingConnection = false;
     bool m_isUploading = false;
     std::optional<QString> m_errorMessage;
+    std::optional<Error> m_lastFailure;
     bool m_showConfirmation = false;
     std::optional<double> m_checkingFraction;
     std::optional<QString> m_notice;
@@ -170,7 +178,9 @@ private:
     QCollator m_nameOrder;
 
     QPointer<MachineScan> m_scan;
-    QPointer<FileUploading> m_uploader;
+    // Whether the running scan has heard the selected machine.
+    bool m_selectionHeard = false;
+    QPointer<UploadWorkflow> m_upload;
     std::unique_ptr<JobAnalysing> m_jobAnalyser;
     QPointer<JobAnalysis> m_jobAnalysis;
 };

@@ -173,6 +173,16 @@ std::optional<QList<UploadRecord>> AppPersistence::readUploadRecords() const {
     return listFromJson<UploadRecord>(decode(*store, uploadsKey));
 }
 
+AppPersistence::Opener AppPersistence::opener() const {
+    return [fileName = m_store->fileName(), format = m_store->format(), wait = m_lockWait] {
+        auto store = std::make_unique<AppPersistence>(
+            format == QSettings::IniFormat ? std::make_unique<QSettings>(fileName, format)
+                                           : openStandardStore());
+        store->setLockWait(wait);
+        return store;
+    };
+}
+
 std::optional<Error> AppPersistence::recordUpload(const UploadRecord& record) {
     const std::unique_ptr<QSettings> store = reopened(*m_store);
     if (!settings::isReplaceable(*store))

@@ -10,6 +10,7 @@
 #include <QSettings>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -45,6 +46,11 @@ public:
 
     // How long recordUpload() waits for another process to finish its own write.
     void setLockWait(std::chrono::milliseconds wait) { m_lockWait = wait; }
+
+    // Makes another store over the same place with the same lock wait, on the thread that calls
+    // it: a QSettings handle is never shared between threads.
+    using Opener = std::function<std::unique_ptr<AppPersistence>()>;
+    Opener opener() const;
 
 private:
     std::unique_ptr<QSettings> m_store;

@@ -126,4 +126,9 @@ QString Error::description() const {
         m_value);
 }
 
+QString discoveryFailureMessage(const Error& error) {
+    return QCoreApplication::translate("tarnwick::Discovery", "Discovery failed: %1")
+        .arg(error.description());
+}
+
 } // namespace tarnwick

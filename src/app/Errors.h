@@ -192,6 +192,9 @@ private:
     Variant m_value;
 };
 
+// What the user reads of a scan of the local network that failed with `error`.
+QString discoveryFailureMessage(const Error& error);
+
 } // namespace tarnwick
 
 Q_DECLARE_METATYPE(tarnwick::Error)

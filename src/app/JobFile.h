@@ -12,6 +12,9 @@
 
 namespace tarnwick {
 
+// The folder on the machine that every upload goes into.
+inline constexpr char machineJobFolder[] = "/sd/gcodes/";
+
 // A job file the user has chosen.
 struct JobFile {
     QUrl url;

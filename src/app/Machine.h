@@ -41,6 +41,9 @@ public:
     friend bool operator==(const Machine&, const Machine&) = default;
 };
 
+// The controller's usual port: what an address given without one means.
+inline constexpr quint16 defaultControllerPort = 2222;
+
 std::optional<Machine::ConnectionStatus> connectionStatusFromRawValue(const QString& text);
 
 size_t qHash(const Machine& machine, size_t seed = 0);

@@ -2,6 +2,8 @@
 
 #include "cli/Console.h"
 #include "cli/ProgressBar.h"
+#include "cli/ProgressJson.h"
+#include "cli/UploadEndLines.h"
 
 #include <QDir>
 #include <QJsonArray>

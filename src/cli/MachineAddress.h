@@ -8,8 +8,6 @@
 
 namespace tarnwick::cli {
 
-inline constexpr quint16 defaultControllerPort = 2222;
-
 // "ADDRESS[:PORT]" with the manual-entry rule: a canonical dotted-decimal IPv4 address and a
 // port number, 2222 when left out.
 std::optional<Machine> parseMachineAddress(const QString& text);

@@ -2,15 +2,24 @@
 
 #include "transfer/MakeraFileUploader.h"
 
-#include <QDateTime>
-
 namespace tarnwick::cli {
 
 PairUpload::PairUpload(UploadPair pair, bool again, AppPersistence& persistence, QObject* parent)
     : QObject(parent)
     , m_pair(std::move(pair))
     , m_again(again)
-    , m_persistence(persistence) {}
+    , m_workflow(new UploadWorkflow(
+          m_pair.file, m_pair.machine, persistence,
+          [] { return std::make_unique<MakeraFileUploader>(); }, this)) {
+    connect(m_workflow, &UploadWorkflow::checking, this, &PairUpload::checking);
+    connect(m_workflow, &UploadWorkflow::connected, this, [this] { m_reach.connected = true; });
+    connect(m_workflow, &UploadWorkflow::progress, this, [this](const TransferProgress& value) {
+        if (value.phase == TransferProgress::Phase::Uploading)
+            m_reach.transferring = true;
+        Q_EMIT progress(value);
+    });
+    connect(m_workflow, &UploadWorkflow::ended, this, &PairUpload::end);
+}
 
 QString PairUpload::duplicateMessage() {
     return tr("This exact file was uploaded to this machine in the last 24 hours. Run the "
@@ -18,57 +27,38 @@ QString PairUpload::duplicateMessage() {
 }
 
 void PairUpload::start() {
-    if (m_ended || m_uploader)
+    if (m_ended)
         return;
-    if (m_pair.skipReason)
-        return end({Failure, *m_pair.skipReason, {}});
-    // Read at the start of each pair, so that another process's upload a moment ago counts.
-    if (!m_again &&
-        isRecentDuplicate(m_persistence.uploadRecords(), m_pair.machine.id(), m_pair.file.id(),
-                          m_pair.file.size, QDateTime::currentDateTimeUtc()))
-        return end({Duplicate, duplicateMessage(), {}});
-
-    m_uploader = new MakeraFileUploader({}, this);
-    connect(m_uploader, &FileUploading::checking, this, &PairUpload::checking);
-    connect(m_uploader, &FileUploading::connected, this, [this] { m_reach.connected = true; });
-    connect(m_uploader, &FileUploading::progress, this, [this](const TransferProgress& value) {
-        if (value.phase == TransferProgress::Phase::Uploading)
-            m_reach.transferring = true;
-        Q_EMIT progress(value);
-    });
-    connect(m_uploader, &Operation::finished, this, &PairUpload::uploaded);
-    connect(m_uploader, &Operation::failed, this, &PairUpload::failed);
-    m_uploader->upload(m_pair.file, m_pair.machine);
+    if (m_pair.skipReason) {
+        m_ended = true;
+        Q_EMIT ended({Failure, *m_pair.skipReason, {}});
+        return;
+    }
+    m_workflow->start(m_again);
 }
 
 void PairUpload::cancel() {
-    if (m_ended)
-        return;
-    if (m_uploader)
-        m_uploader->cancel();
-    else
-        end({Cancelled, UploadError::cancelled().description(), {}});
+    m_workflow->cancel();
 }
 
-void PairUpload::uploaded() {
-    const std::optional<Error> notSaved = m_persistence.recordUpload(
-        {m_pair.machine.id(), m_pair.file.id(), m_pair.file.size, QDateTime::currentDateTimeUtc()});
-    PairOutcome outcome;
-    if (notSaved)
-        outcome.warning =
-            tr("The upload history could not be saved: %1").arg(notSaved->description());
-    end(outcome);
-}
-
-void PairUpload::failed(const Error& error) {
-    end({exitCodeFor(error, m_reach), error.description(), {}});
-}
-
-void PairUpload::end(PairOutcome outcome) {
+void PairUpload::end(const UploadOutcome& outcome) {
     if (m_ended)
         return;
     m_ended = true;
-    Q_EMIT ended(outcome);
+    switch (outcome.kind) {
+    case UploadOutcome::Kind::Uploaded:
+        Q_EMIT ended({});
+        return;
+    case UploadOutcome::Kind::UploadedNotRecorded:
+        Q_EMIT ended({Success, {}, outcome.notRecordedMessage()});
+        return;
+    case UploadOutcome::Kind::Failed:
+        Q_EMIT ended({exitCodeFor(*outcome.error, m_reach), outcome.error->description(), {}});
+        return;
+    case UploadOutcome::Kind::DuplicateRefused:
+        Q_EMIT ended({Duplicate, duplicateMessage(), {}});
+        return;
+    }
 }
 
 } // namespace tarnwick::cli

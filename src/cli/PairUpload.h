@@ -1,20 +1,11 @@
 #pragma once
 
-#include "app/AppPersistence.h"
-#include "app/JobFile.h"
-#include "app/Machine.h"
-#include "app/TransferProgress.h"
+#include "app/UploadWorkflow.h"
 #include "cli/ExitCode.h"
 
-#include <QCoreApplication>
 #include <QObject>
-#include <QPointer>
 
 #include <optional>
-
-namespace tarnwick {
-class MakeraFileUploader;
-}
 
 namespace tarnwick::cli {
 
@@ -34,8 +25,9 @@ struct PairOutcome {
     std::optional<QString> warning;
 };
 
-// Runs one pair with the single-upload rules: the 24-hour duplicate rule, the uploader, the
-// history record. Ends exactly once with ended(), also when cancelled before it started.
+// One pair as the command-line tool runs it: the upload workflow, a busy machine skipped, and the
+// outcome told as an exit class. Ends exactly once with ended(), also when cancelled before it
+// started.
 class PairUpload : public QObject {
     Q_OBJECT
 
@@ -43,7 +35,6 @@ public:
     PairUpload(UploadPair pair, bool again, AppPersistence& persistence, QObject* parent);
 
     const UploadPair& pair() const { return m_pair; }
-    bool hasEnded() const { return m_ended; }
 
     void start();
     // Before start() the pair ends as cancelled without a word to the machine.
@@ -57,14 +48,11 @@ Q_SIGNALS:
     void ended(const tarnwick::cli::PairOutcome& outcome);
 
 private:
-    void uploaded();
-    void failed(const Error& error);
-    void end(PairOutcome outcome);
+    void end(const UploadOutcome& outcome);
 
     const UploadPair m_pair;
     const bool m_again;
-    AppPersistence& m_persistence;
-    QPointer<MakeraFileUploader> m_uploader;
+    UploadWorkflow* const m_workflow;
     UploadReach m_reach;
     bool m_ended = false;
 };

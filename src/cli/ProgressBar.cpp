@@ -10,10 +10,6 @@ namespace {
 
 constexpr int barWidth = 30;
 
-int percent(double fraction) {
-    return int(std::floor(fraction * 100));
-}
-
 } // namespace
 
 QString ProgressBar::line(const TransferProgress& progress) {
@@ -21,7 +17,7 @@ QString ProgressBar::line(const TransferProgress& progress) {
     const int filled = int(std::lround(fraction * barWidth));
     QString text =
         u'[' + QString(filled, u'#') + QString(barWidth - filled, u'.') + QStringLiteral("] ") +
-        QStringLiteral("%1%").arg(percent(fraction), 3) + QStringLiteral("  ") +
+        percentText(fraction).rightJustified(4) + QStringLiteral("  ") +
         tr("%1 of %2").arg(byteCount(progress.bytesSent), byteCount(progress.totalBytes));
     switch (progress.phase) {
     case TransferProgress::Phase::Preparing:

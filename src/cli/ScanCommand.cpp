@@ -78,7 +78,7 @@ int ScanCommand::run(const QCommandLineParser& parser) {
                      [printJson](const Machine& machine) { printMachine(machine, printJson); });
     QObject::connect(scan, &Operation::finished, &loop, [&loop] { loop.exit(Success); });
     QObject::connect(scan, &Operation::failed, &loop, [&loop](const Error& error) {
-        loop.exit(fail(tr("Discovery failed: %1").arg(error.description()), Failure));
+        loop.exit(fail(discoveryFailureMessage(error), Failure));
     });
     return loop.exec();
 }

@@ -1,6 +1,8 @@
 #include "cli/SingleUploadOutput.h"
 
 #include "cli/Console.h"
+#include "cli/ProgressJson.h"
+#include "cli/UploadEndLines.h"
 
 namespace tarnwick::cli {
 

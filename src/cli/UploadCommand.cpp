@@ -6,6 +6,7 @@
 #include "cli/InterruptNotifier.h"
 #include "cli/MachineAddress.h"
 #include "cli/MachineNameResolver.h"
+#include "cli/UploadEndLines.h"
 #include "cli/UploadOutput.h"
 #include "discovery/LANMachineDiscoverer.h"
 #include "transfer/MakeraFilename.h"
@@ -40,9 +41,7 @@ int resolveNames(const QStringList& names, MachineNameResolver& resolver,
         reportFailure(UploadError::cancelled().description(), Cancelled, json);
         return Cancelled;
     }
-    reportFailure(
-        QCoreApplication::translate("cli", "Discovery failed: %1").arg(failure->description()),
-        Failure, json);
+    reportFailure(discoveryFailureMessage(*failure), Failure, json);
     return Failure;
 }
 
@@ -65,7 +64,7 @@ UploadCommand::UploadCommand()
           QStringLiteral("upload"), tr("Sends job files to machines without starting them"),
           QStringLiteral("tarnwick-cli upload FILE... --to MACHINE [--to MACHINE ...] [--again] "
                          "[--busy-ok] [--json]"),
-          tr("Sends job files (.nc, .cnc or .gcode) into each machine's folder /sd/gcodes/. "
+          tr("Sends job files (.nc, .cnc or .gcode) into each machine's folder %1. "
              "The jobs are not started. Every file goes to every machine: one file at a time "
              "per machine, in the order given, and the machines in parallel.\n"
              "Ctrl-C, SIGTERM or SIGHUP cancels the uploads and tells the machines.\n\n"
@@ -80,7 +79,8 @@ UploadCommand::UploadCommand()
              "  5  timed out waiting for the machine\n"
              "  6  cancelled by the user or a signal\n"
              "  7  sent to this machine in the last 24 hours (see --again)\n"
-             "  8  the job file changed or became unreadable during the upload"))
+             "  8  the job file changed or became unreadable during the upload")
+              .arg(QLatin1String(machineJobFolder)))
     , m_to(QStringLiteral("to"),
            tr("A machine: its IPv4 address, with the controller's port (%1 when left out), or "
               "the name it announces on the local network, in any letter case (the tool listens "

@@ -21,13 +21,4 @@ public:
     virtual void finished() = 0;
 };
 
-// A failure before any pair started (bad usage, an unusable file, an unknown machine).
-void reportFailure(const QString& message, ExitCode code, bool json);
-
-// The line a successful upload leaves: where the file went.
-QString uploadedLine(const UploadPair& pair);
-
-QJsonObject toJson(const TransferProgress& progress);
-QJsonObject checkingToJson(qint64 bytesChecked, qint64 totalBytes);
-
 } // namespace tarnwick::cli

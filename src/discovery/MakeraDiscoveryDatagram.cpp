@@ -1,30 +1,15 @@
 #include "discovery/MakeraDiscoveryDatagram.h"
 
 #include "app/PortNumber.h"
-
-#include <QStringDecoder>
+#include "app/StrictUtf8.h"
 
 #include <optional>
 
 namespace tarnwick {
 
-namespace {
-
-std::optional<QString> decodeUtf8(QByteArrayView payload) {
-    // Stateless, so that a sequence cut off at the end counts as an error instead of waiting
-    // for more input; a leading byte order mark is a character like any other.
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
-                                                     QStringDecoder::Flag::ConvertInitialBom);
-    QString text = decoder.decode(payload);
-    if (decoder.hasError())
-        return std::nullopt;
-    return text;
-}
-
-} // namespace
-
 Result<Machine> MakeraDiscoveryDatagram::decode(QByteArrayView payload) {
-    const std::optional<QString> text = decodeUtf8(payload);
+    // A leading byte order mark is a character like any other.
+    const std::optional<QString> text = strictUtf8(payload, ByteOrderMark::Kept);
     if (!text)
         return DiscoveryPacketError::InvalidUTF8;
 

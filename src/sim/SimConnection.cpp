@@ -1,11 +1,11 @@
 #include "sim/SimConnection.h"
 
 #include "app/RawValues.h"
+#include "app/StrictUtf8.h"
 #include "protocol/CRC16CCITT.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStringDecoder>
 #include <QtEndian>
 
 #include <algorithm>
@@ -144,12 +144,12 @@ void SimConnection::startUpload(const QByteArray& command) {
     m_hash.reset();
     m_hashedChunks = 0;
 
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString name = command.startsWith(uploadPrefix) && command.endsWith('\n')
-                             ? machineFilename(decoder.decode(command.mid(
-                                   uploadPrefix.size(), command.size() - uploadPrefix.size() - 1)))
-                             : QString();
-    if (decoder.hasError() || name.isEmpty())
+    const std::optional<QString> decoded =
+        command.startsWith(uploadPrefix) && command.endsWith('\n')
+            ? strictUtf8(QByteArrayView(command).sliced(uploadPrefix.size()).chopped(1))
+            : std::nullopt;
+    const QString name = decoded ? machineFilename(*decoded) : QString();
+    if (name.isEmpty())
         return refuse(QStringLiteral("not an upload command: %1")
                           .arg(QString::fromLatin1(command.toPercentEncoding(" /"))));
 

@@ -207,8 +207,8 @@ void MakeraFileUploader::open() {
     QObject::connect(m_chunks, &JobFileChunks::failed, this,
                      [this](const Error& error) { fail(error, CancelPacket::Send); });
     qCInfo(uploadLog, "Uploading %lld bytes to %s in %ld chunks, md5 %s", m_digest->size,
-           qUtf8Printable(QLatin1String(MakeraFilename::destinationFolder) + name),
-           long(m_session->chunkCount()), m_session->md5().constData());
+           qUtf8Printable(QLatin1String(machineJobFolder) + name), long(m_session->chunkCount()),
+           m_session->md5().constData());
 
     if (std::optional<Error> error =
             m_connection->send({MakeraPacketType::FileStart, m_uploadCommand}))

@@ -57,7 +57,7 @@ Result<QByteArray> uploadCommand(const QString& name) {
             "tarnwick::MakeraFilename", "The filename contains a path separator."));
     for (const auto& [plain, control] : escapes)
         escaped.replace(QChar(plain), QChar(control));
-    return QByteArray(QByteArray("upload ") + destinationFolder + escaped.toUtf8() + '\n');
+    return QByteArray(QByteArray("upload ") + machineJobFolder + escaped.toUtf8() + '\n');
 }
 
 } // namespace tarnwick::MakeraFilename

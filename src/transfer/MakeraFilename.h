@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/Errors.h"
+#include "app/JobFile.h"
 #include "app/Result.h"
 
 #include <QByteArray>
@@ -12,8 +13,6 @@ namespace tarnwick {
 
 // The text command that opens a transfer into the machine's job folder.
 namespace MakeraFilename {
-
-inline constexpr char destinationFolder[] = "/sd/gcodes/";
 
 // Refuses a name holding a control character (U+0000 to U+001F, U+007F, U+2028, U+2029): a line
 // feed or carriage return would put a line of its own on the machine's console, and the bytes

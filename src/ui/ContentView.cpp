@@ -316,7 +316,8 @@ void ContentView::showErrorAlert() {
     }
     const QString text = message->isEmpty() ? tr("Unknown error") : *message;
     // The user's own cancel is news, not a warning.
-    const QMessageBox::Icon icon = *message == Error(UploadError::cancelled()).description()
+    const auto& failure = m_model.lastFailure();
+    const QMessageBox::Icon icon = failure && failure->isUploadError(UploadError::Kind::Cancelled)
                                        ? QMessageBox::Information
                                        : QMessageBox::Warning;
     if (m_errorAlert) {

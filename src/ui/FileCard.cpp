@@ -51,8 +51,9 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     page->addWidget(new Divider(m_filePage));
 
     auto* reviewRow = new QHBoxLayout;
-    auto* destination = new QLabel(
-        tr("Sent uncompressed to %1 on the machine").arg(QStringLiteral("/sd/gcodes")), m_filePage);
+    auto* destination = new QLabel(tr("Sent uncompressed to %1 on the machine")
+                                       .arg(QLatin1String(machineJobFolder).chopped(1)),
+                                   m_filePage);
     destination->setWordWrap(true);
     destination->setObjectName(QStringLiteral("remoteFolderNote"));
     destination->setFont(style::font(style::TextStyle::Callout, this));

@@ -49,7 +49,7 @@ QString statusWord(Machine::ConnectionStatus status) {
 }
 
 QString machineAddress(const Machine& machine) {
-    return machine.ipAddress + QLatin1Char(':') + QString::number(machine.port);
+    return machine.id();
 }
 
 QString machineSubtitle(const Machine& machine) {

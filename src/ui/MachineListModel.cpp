@@ -107,7 +107,7 @@ void MachineListModel::countAddress(const QString& address, int change) {
 
 QString MachineListModel::shownAddress(const Machine& machine) const {
     const bool shared = m_addressCounts.value(machine.ipAddress) > 1;
-    return machine.port != defaultMachinePort || shared ? machineAddress(machine)
+    return machine.port != defaultControllerPort || shared ? machineAddress(machine)
                                                         : machine.ipAddress;
 }
 

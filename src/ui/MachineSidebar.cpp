@@ -150,7 +150,7 @@ QWidget* MachineSidebar::makeManualEntry() {
     fields->addWidget(m_addressField);
 
     auto* lastLine = new QHBoxLayout;
-    m_portField = new QLineEdit(QString::number(defaultMachinePort), m_entryFields);
+    m_portField = new QLineEdit(QString::number(defaultControllerPort), m_entryFields);
     m_portField->setObjectName(QStringLiteral("portField"));
     m_portField->setPlaceholderText(tr("Port"));
     m_portField->setAccessibleName(tr("Port"));

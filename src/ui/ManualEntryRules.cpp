@@ -1,5 +1,6 @@
 #include "ui/ManualEntryRules.h"
 
+#include "app/Machine.h"
 #include "app/PortNumber.h"
 
 #include <algorithm>
@@ -22,7 +23,7 @@ bool canAddManualMachine(const QString& address, const QString& port) {
 }
 
 quint16 portForManualEntry(const QString& port) {
-    return parsePortText(port).value_or(defaultMachinePort);
+    return parsePortText(port).value_or(defaultControllerPort);
 }
 
 } // namespace tarnwick::ui

@@ -6,8 +6,6 @@
 
 namespace tarnwick::ui {
 
-inline constexpr quint16 defaultMachinePort = 2222;
-
 // A port typed by hand: an optional "+" and decimal digits for a number from 0 to 65535.
 std::optional<quint16> parsePortText(const QString& text);
 

@@ -101,6 +101,7 @@ TransferCard::TransferCard(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::progressChanged, this, &TransferCard::showProgress);
     connect(&m_model, &AppModel::checkingFractionChanged, this, &TransferCard::showProgress);
     connect(&m_model, &AppModel::isUploadingChanged, this, &TransferCard::followUpload);
+    connect(&m_model, &AppModel::uploadEnded, this, &TransferCard::showEnding);
     showProgress();
 }
 
@@ -114,13 +115,17 @@ void TransferCard::followUpload() {
         m_failure.reset();
         m_fileName = m_model.selectedFile() ? m_model.selectedFile()->fileName() : QString();
         m_machineName = m_model.selectedMachine() ? m_model.selectedMachine()->name : QString();
-    } else {
-        const auto& progress = m_model.progress();
-        const bool ended = progress && (progress->phase == TransferProgress::Phase::Completed ||
-                                        progress->phase == TransferProgress::Phase::Cancelled);
-        if (!ended && m_model.errorMessage())
-            m_failure = *m_model.errorMessage();
     }
+    showProgress();
+}
+
+void TransferCard::showEnding(const UploadOutcome& outcome) {
+    // A cancel shows as the cancelled progress value, not as a failure.
+    const bool failed = outcome.kind == UploadOutcome::Kind::Failed &&
+                        !outcome.error->is<CancellationError>() &&
+                        !outcome.error->isUploadError(UploadError::Kind::Cancelled);
+    if (failed)
+        m_failure = outcome.error->description();
     showProgress();
 }
 

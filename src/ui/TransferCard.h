@@ -10,7 +10,8 @@ class QPushButton;
 
 namespace tarnwick {
 class AppModel;
-}
+struct UploadOutcome;
+} // namespace tarnwick
 
 namespace tarnwick::ui {
 
@@ -33,6 +34,7 @@ Q_SIGNALS:
 
 private:
     void followUpload();
+    void showEnding(const UploadOutcome& outcome);
     void showProgress();
     void showChecking(double fraction);
 

@@ -1,10 +1,10 @@
 #include "update/UpdateFeed.h"
 
 #include "BuildConfig.h"
+#include "app/StrictUtf8.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStringDecoder>
 
 namespace tarnwick {
 
@@ -43,14 +43,6 @@ std::optional<QUrl> absoluteURL(const std::optional<QString>& text) {
     return url;
 }
 
-std::optional<QString> strictUTF8(const QByteArray& body) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decoder(body);
-    if (decoder.hasError())
-        return std::nullopt;
-    return text;
-}
-
 QUrl updateHostURL(const char* path) {
     return QUrl(QLatin1String("https://") + QLatin1String(build::updateHost) + QLatin1String(path));
 }
@@ -73,7 +65,7 @@ std::optional<UpdateFeed> UpdateFeed::fromData(const QByteArray& body) {
             return std::nullopt;
         return UpdateFeed{*version, absoluteURL(json->url).value_or(fallbackDownloadURL())};
     }
-    const std::optional<QString> text = strictUTF8(body);
+    const std::optional<QString> text = strictUtf8(body);
     if (!text)
         return std::nullopt;
     const std::optional<AppVersion> version = AppVersion::fromText(*text);

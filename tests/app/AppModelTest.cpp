@@ -4,8 +4,13 @@
 #include "support/ModelHarness.h"
 
 #include <QLockFile>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <cstdio>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -14,6 +19,9 @@ using Status = Machine::ConnectionStatus;
 using Phase = TransferProgress::Phase;
 
 namespace {
+
+// Makes this executable the other program that holds a lock file for two seconds.
+constexpr char holdLockVariable[] = "TARNWICK_TEST_HOLD_LOCK";
 
 QStringList names(const QList<Machine>& machines) {
     QStringList result;
@@ -93,14 +101,16 @@ private Q_SLOTS:
         model->discover();
         QPointer<FakeScan> first = h->discoverer->scans.last();
         announce(u"Mill"_s, u"10.0.0.1"_s);
-        Q_EMIT first->failed(PlatformError{PlatformError::Domain::Network, 8, u"In use"_s});
+        const Error inUse = PlatformError{PlatformError::Domain::Network, 8, u"In use"_s};
+        Q_EMIT first->failed(inUse);
         QCOMPARE(model->errorMessage(), u"Discovery failed: In use"_s);
+        QCOMPARE(model->lastFailure(), inUse);
         QCOMPARE(model->machines().size(), 1);
         QVERIFY(!model->isDiscovering());
 
         // A new scan ends the previous one silently; a cancelled scan shows nothing.
         model->discover();
-        QVERIFY(!model->errorMessage());
+        QVERIFY(!model->errorMessage() && !model->lastFailure());
         model->discover();
         Q_EMIT h->discoverer->scans.at(1)->machineFound(
             ModelHarness::machine(u"Stale"_s, u"10.0.0.7"_s));
@@ -109,6 +119,25 @@ private Q_SLOTS:
         h->discoverer->scans.last()->cancel();
         QVERIFY(!model->errorMessage() && !model->isDiscovering());
         QTRY_VERIFY(first.isNull() && h->discoverer->scans.at(1).isNull());
+    }
+
+    // A scan that does not hear the selected machine asks it again; the badge, not an alert,
+    // says how that ended.
+    void aScanThatMissesTheSelectionChecksItAgain() {
+        AppModel* model = h->model.get();
+        model->addManualMachine(u"10.0.0.9"_s, 2222);
+        Q_EMIT h->connector->checks.last()->finished();
+        model->discover();
+        announce(u"Mill"_s, u"10.0.0.9"_s);
+        Q_EMIT h->discoverer->scans.last()->finished();
+        QCOMPARE(h->connector->checks.size(), 1);
+        model->discover();
+        Q_EMIT h->discoverer->scans.last()->finished();
+        QCOMPARE(h->connector->checks.size(), 2);
+        QCOMPARE(model->selectedMachine()->status, Status::Connecting);
+        Q_EMIT h->connector->checks.last()->failed(UploadError::timedOut());
+        QCOMPARE(model->selectedMachine()->status, Status::Unavailable);
+        QVERIFY(!model->errorMessage());
     }
 
     // The address rule itself is the records' table; here the model's use of it. An address
@@ -225,7 +254,8 @@ private Q_SLOTS:
         Q_EMIT uploader->progress({Phase::Preparing, 0, file.size, 0});
         Q_EMIT uploader->progress(done);
         Q_EMIT uploader->finished();
-        QVERIFY(!model->isUploading() && !model->errorMessage() && !model->notice());
+        QTRY_VERIFY(!model->isUploading());
+        QVERIFY(!model->errorMessage() && !model->notice());
         QCOMPARE(model->progress(), done);
         const UploadRecord record{u"127.0.0.1:2222"_s, file.id(), file.size, m_now};
         QCOMPARE(model->persistence().uploadRecords(), QList<UploadRecord>{record});
@@ -234,8 +264,7 @@ private Q_SLOTS:
         QLockFile otherWriter(settings::writeLockPath(*temporaryStore(h->dir)));
         QVERIFY(otherWriter.lock());
         model->persistence().setLockWait(std::chrono::milliseconds(10));
-        const QString notice = u"The upload history could not be saved: "_s +
-                               model->persistence().recordUpload(record).value().description();
+        const Error notSaved = model->persistence().recordUpload(record).value();
         QStringList seen;
         for (int run = 0; run < 3; ++run) {
             if (run == 2) {
@@ -245,12 +274,41 @@ private Q_SLOTS:
             model->upload(true);
             seen << model->notice().value_or(u"none"_s);
             Q_EMIT h->uploaders.last()->finished();
-            QVERIFY(!model->errorMessage() && !model->isUploading());
+            QTRY_VERIFY(!model->isUploading());
+            QVERIFY(!model->errorMessage());
             seen << model->notice().value_or(u"none"_s);
         }
+        const QString notice =
+            u"The upload history could not be saved: "_s + notSaved.description();
         QCOMPARE(seen, QStringList({u"none"_s, notice, u"none"_s, notice, u"none"_s, u"none"_s}));
         QCOMPARE(model->persistence().uploadRecords(), QList<UploadRecord>({record, record}));
         QCOMPARE(notices.count(), 4);
+    }
+
+    // Another program holds the history's lock for two seconds: the record lands once it lets go,
+    // and the main thread turns meanwhile.
+    void aRecordWaitsForAnotherProgramsLockOffTheMainThread() {
+        const JobFile file = h->jobFile(u"part.nc"_s);
+        AppModel* model = readyModel(file);
+        QProcess otherProgram;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QString::fromLatin1(holdLockVariable),
+                           settings::writeLockPath(*temporaryStore(h->dir)));
+        otherProgram.setProcessEnvironment(environment);
+        otherProgram.start(QCoreApplication::applicationFilePath(), {});
+        QVERIFY(otherProgram.waitForReadyRead(10'000));
+
+        model->upload(false);
+        Q_EMIT h->uploaders.last()->finished();
+        bool recordedBeforeTheNextTurn = true;
+        QTimer::singleShot(0, model, [&] {
+            recordedBeforeTheNextTurn = !model->persistence().uploadRecords().isEmpty();
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(!model->isUploading(), 20'000);
+        QVERIFY(!recordedBeforeTheNextTurn);
+        const UploadRecord record{u"127.0.0.1:2222"_s, file.id(), file.size, m_now};
+        QCOMPARE(model->persistence().uploadRecords(), QList<UploadRecord>{record});
+        QVERIFY(!model->notice());
     }
 
     // The user reads the error's own text; a cancellation shows the cancelled value, which
@@ -280,6 +338,7 @@ private Q_SLOTS:
             QCOMPARE(h->connector->checks.size(), row.cancelledValue ? 1 : 2);
             QCOMPARE(model->errorMessage(),
                      row.shown ? std::optional(row.error.description()) : std::nullopt);
+            QCOMPARE(model->lastFailure(), row.shown ? std::optional(row.error) : std::nullopt);
             const TransferProgress cancelled{Phase::Cancelled, row.sent, 20000, 0};
             QCOMPARE(model->progress(), std::optional(row.cancelledValue ? cancelled : last));
             QVERIFY(!model->isUploading() && model->persistence().uploadRecords().isEmpty());
@@ -298,5 +357,18 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(AppModelTest)
+int main(int argc, char** argv) {
+    if (const QString lockPath = qEnvironmentVariable(holdLockVariable); !lockPath.isEmpty()) {
+        QLockFile lock(lockPath);
+        if (!lock.lock())
+            return 1;
+        std::puts("locked");
+        std::fflush(stdout);
+        QThread::sleep(2);
+        return 0;
+    }
+    QCoreApplication app(argc, argv);
+    AppModelTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "AppModelTest.moc"

@@ -390,8 +390,8 @@ private Q_SLOTS:
         QCOMPARE(shown("transferTitle") + shown("transferFailure"), u"Preparing<0 shown>"_s);
         Q_EMIT next->progress({Phase::Completed, 100'000'000, 100'000'000, 0});
         Q_EMIT next->finished();
-        QCOMPARE(shown("transferTitle") + u" / "_s + shown("transferSubject"),
-                 u"Upload complete / Sent \u201Cpart.nc\u201D to Bench Mill"_s);
+        QTRY_COMPARE(shown("transferTitle") + u" / "_s + shown("transferSubject"),
+                     u"Upload complete / Sent \u201Cpart.nc\u201D to Bench Mill"_s);
         auto* bar = find<QProgressBar>("transferBar");
         QCOMPARE(bar->value(), bar->maximum());
         QCOMPARE(bar->palette().color(QPalette::Highlight), QColor(0x2B, 0xA8, 0x4A));
