@@ -67,6 +67,12 @@ void AppModel::assign(T& field, T value, void (AppModel::*changed)()) {
 }
 
 void AppModel::setErrorMessage(const std::optional<QString>& message) {
+    showError(message, std::nullopt);
+}
+
+void AppModel::showError(const std::optional<QString>& message,
+                         const std::optional<Error>& failure) {
+    m_lastFailure = failure;
     assign(m_errorMessage, message, &AppModel::errorMessageChanged);
 }
 
@@ -293,7 +299,7 @@ void AppModel::failUpload(const Error& error, const Machine& machine, const JobF
     if (error.is<CancellationError>()) {
         setProgress(cancelledValue);
     } else {
-        setErrorMessage(error.description());
+        showError(error.description(), error);
         if (error.isUploadError(UploadError::Kind::Cancelled))
             setProgress(cancelledValue);
     }

@@ -48,6 +48,8 @@ public:
     bool isCheckingConnection() const { return m_isCheckingConnection; }
     bool isUploading() const { return m_isUploading; }
     const std::optional<QString>& errorMessage() const { return m_errorMessage; }
+    // The upload failure that errorMessage() shows, if it shows one.
+    const std::optional<Error>& lastFailure() const { return m_lastFailure; }
     bool showConfirmation() const { return m_showConfirmation; }
     // How much of the job file was checked before sending, 0 to 1, while that takes a while.
     std::optional<double> checkingFraction() const { return m_checkingFraction; }
@@ -115,6 +117,8 @@ private:
     void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
     void mergeDiscovered(const Machine& machine);
     void finishUpload(const Machine& machine, const JobFile& file);
+    // The failure is read when errorMessageChanged() is emitted.
+    void showError(const std::optional<QString>& message, const std::optional<Error>& failure);
     void failUpload(const Error& error, const Machine& machine, const JobFile& file);
     void endUpload();
     void analyseSelectedFile();
@@ -144,6 +148,7 @@ private:
     bool m_isCheckingConnection = false;
     bool m_isUploading = false;
     std::optional<QString> m_errorMessage;
+    std::optional<Error> m_lastFailure;
     bool m_showConfirmation = false;
     std::optional<double> m_checkingFraction;
     std::optional<QString> m_notice;

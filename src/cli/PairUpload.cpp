@@ -1,5 +1,6 @@
 #include "cli/PairUpload.h"
 
+#include "app/UploadAdvice.h"
 #include "transfer/MakeraFileUploader.h"
 
 #include <QDateTime>
@@ -61,7 +62,7 @@ void PairUpload::uploaded() {
 }
 
 void PairUpload::failed(const Error& error) {
-    end({exitCodeFor(error, m_reach), error.description(), {}});
+    end({exitCodeFor(error, m_reach), error.description(), {}, uploadAdvice(error)});
 }
 
 void PairUpload::end(PairOutcome outcome) {

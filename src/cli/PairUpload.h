@@ -32,6 +32,8 @@ struct PairOutcome {
     QString message;
     // The upload went through but its record could not be kept.
     std::optional<QString> warning;
+    // Beneath a failure: what happened and what to try, in plain words; may be empty.
+    QString advice;
 };
 
 // Runs one pair with the single-upload rules: the 24-hour duplicate rule, the uploader, the

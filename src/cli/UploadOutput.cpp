@@ -4,6 +4,8 @@
 #include "cli/Console.h"
 #include "cli/SingleUploadOutput.h"
 
+#include <QJsonObject>
+
 namespace tarnwick::cli {
 
 std::unique_ptr<UploadOutput> UploadOutput::create(const UploadBatch& batch, bool json) {
@@ -12,11 +14,15 @@ std::unique_ptr<UploadOutput> UploadOutput::create(const UploadBatch& batch, boo
     return std::make_unique<BatchUploadOutput>(batch, json);
 }
 
-void reportFailure(const QString& message, ExitCode code, bool json) {
-    if (json)
-        printJsonLine(
-            {{QStringLiteral("error"), message}, {QStringLiteral("kind"), kindName(code)}});
-    fail(message, code);
+void reportFailure(const QString& message, ExitCode code, bool json, const QString& advice) {
+    if (json) {
+        QJsonObject line{{QStringLiteral("error"), message},
+                         {QStringLiteral("kind"), kindName(code)}};
+        if (!advice.isEmpty())
+            line.insert(QStringLiteral("advice"), advice);
+        printJsonLine(line);
+    }
+    fail(advice.isEmpty() ? message : message + u'\n' + advice, code);
 }
 
 QString uploadedLine(const UploadPair& pair) {

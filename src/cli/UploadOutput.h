@@ -21,8 +21,9 @@ public:
     virtual void finished() = 0;
 };
 
-// A failure before any pair started (bad usage, an unusable file, an unknown machine).
-void reportFailure(const QString& message, ExitCode code, bool json);
+// A failure before any pair started (bad usage, an unusable file, an unknown machine), or the
+// failure of a single upload with its advice beneath it.
+void reportFailure(const QString& message, ExitCode code, bool json, const QString& advice = {});
 
 // The line a successful upload leaves: where the file went.
 QString uploadedLine(const UploadPair& pair);

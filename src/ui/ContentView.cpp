@@ -1,6 +1,7 @@
 #include "ui/ContentView.h"
 
 #include "app/AppModel.h"
+#include "app/UploadAdvice.h"
 #include "ui/AlertText.h"
 #include "ui/DestinationCard.h"
 #include "ui/FileCard.h"
@@ -312,7 +313,11 @@ void ContentView::showErrorAlert() {
             m_errorAlert->close();
         return;
     }
-    const QString text = message->isEmpty() ? tr("Unknown error") : *message;
+    QString text = message->isEmpty() ? tr("Unknown error") : *message;
+    // Beneath an upload's failure, in the informative text: what happened and what to try.
+    if (const std::optional<Error>& failure = m_model.lastFailure())
+        if (const QString advice = uploadAdvice(*failure); !advice.isEmpty())
+            text += QStringLiteral("\n\n") + advice;
     // The user's own cancel is news, not a warning.
     const QMessageBox::Icon icon = *message == Error(UploadError::cancelled()).description()
                                        ? QMessageBox::Information
