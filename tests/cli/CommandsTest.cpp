@@ -238,9 +238,8 @@ private Q_SLOTS:
             QVERIFY2(help.out.contains(u"\n  %1  "_s.arg(code)), qPrintable(help.out));
     }
 
-    // Each class once, and the link's faults at each phase, with the text, the advice beneath it
-    // and the last JSON line. "%1" is the simulator's port; `action` is a signal to send while
-    // sending, or -1 to compare a second run.
+    // Each class once and link faults by phase: text, advice and last JSON line. "%1" is the
+    // simulator's port; `action` is a signal to send while sending, or -1 for a second run.
     void classes_data() {
         QTest::addColumn<QStringList>("sim");
         QTest::addColumn<QStringList>("arguments");
@@ -251,19 +250,19 @@ private Q_SLOTS:
         const QStringList good{u"--ftype"_s, u"x"_s};
         const QStringList slow = good + QStringList{u"--latency-ms"_s, u"300"_s};
         const QStringList toSim{part, u"--to"_s, u"%1"_s};
-        QTcpServer unused;
-        QVERIFY(unused.listen(QHostAddress::LocalHost, 0));
-        const QString refused = at(unused.serverPort());
-        unused.close();
+        QTcpServer closed;
+        QVERIFY(closed.listen(QHostAddress::LocalHost, 0));
+        const QString refused = at(closed.serverPort());
+        closed.close();
         const auto row = [](const char* name, QStringList sim, const QStringList& arguments,
                             int action, const QString& message, const char* exitClass,
                             const QString& advice = {}) {
             QTest::newRow(name) << sim << arguments << action << message
                                 << QString::fromLatin1(exitClass) << advice;
         };
-        const Error closed = UploadError::invalidResponse(u"The machine closed the connection."_s);
+        const Error ended = UploadError::invalidResponse(u"The machine closed the connection."_s);
         const QString wholeFileMaybe =
-            uploadAdvice(closed.atUploadStage(UploadStage::EveryChunkSent));
+            uploadAdvice(ended.atUploadStage(UploadStage::EveryChunkSent));
         QVERIFY(wholeFileMaybe.contains(u"The machine may have received the whole file"_s));
         row("uploaded", good, toSim, 0, {}, "0 ");
         row("unusable file", good,
@@ -278,10 +277,10 @@ private Q_SLOTS:
             UploadError::timedOut().description(), "5 timeout",
             uploadAdvice(Error(UploadError::timedOut()).atUploadStage(UploadStage::Opened)));
         row("reset after the opening", good + QStringList{u"--reset-after"_s, u"0"_s}, toSim, 0,
-            closed.description(), "1 failed",
-            uploadAdvice(closed.atUploadStage(UploadStage::Opened)));
+            ended.description(), "1 failed",
+            uploadAdvice(ended.atUploadStage(UploadStage::Opened)));
         row("reset after the last chunk", good + QStringList{u"--reset-after"_s, u"6"_s}, toSim, 0,
-            closed.description(), "1 failed", wholeFileMaybe);
+            ended.description(), "1 failed", wholeFileMaybe);
 #ifdef Q_OS_UNIX
         row("SIGHUP", slow, toSim, SIGHUP, UploadError::cancelled().description(), "6 cancelled");
 #endif

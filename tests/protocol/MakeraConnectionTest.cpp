@@ -14,6 +14,7 @@
 
 using namespace tarnwick;
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -111,41 +112,37 @@ private Q_SLOTS:
         QCOMPARE(m_outcomes, (Outcomes{UploadError::timedOut(), view, endPacket, endPacket}));
     }
 
-    void readErrorWhileNobodyWaitsComesAfterQueuedPackets() {
-        QVERIFY(peerSends(endFrame));
-        auto* socket = m_connection->findChild<QTcpSocket*>();
-        Q_EMIT socket->errorOccurred(QAbstractSocket::NetworkError);
-        const Error failure =
-            PlatformError{PlatformError::Domain::Network, int(QAbstractSocket::NetworkError),
-                          socket->errorString()};
-        m_connection->close(); // keeps the first failure
-        QVERIFY(read(10s) && read(10s));
-        QCOMPARE(m_outcomes, (Outcomes{endPacket, failure}));
-    }
-
-    // Qt reads a reset as the end of the stream: both read as the machine closing the connection,
-    // after every packet that came before.
-    void thePeersEndComesAfterItsPackets_data() {
-        QTest::addColumn<bool>("reset");
+    // The end comes after every packet before it and stays the cause, close() and sends
+    // included. Qt reads a reset as the end of the stream: both read as the machine closing.
+    void theEndComesAfterItsPacketsAndStays_data() {
+        QTest::addColumn<int>("end"); // 0 an orderly close, 1 a reset, 2 a network error
         QTest::addColumn<bool>("packetFirst");
-        QTest::newRow("orderly close") << false << true;
-        QTest::newRow("reset after a packet") << true << true;
-        QTest::newRow("reset right after accept") << true << false;
+        QTest::newRow("orderly close") << 0 << true;
+        QTest::newRow("reset after a packet") << 1 << true;
+        QTest::newRow("reset right after accept") << 1 << false;
+        QTest::newRow("network error after a packet") << 2 << true;
     }
-    void thePeersEndComesAfterItsPackets() {
-        QFETCH(bool, reset);
+    void theEndComesAfterItsPacketsAndStays() {
+        QFETCH(int, end);
         QFETCH(bool, packetFirst);
         if (packetFirst)
             QVERIFY(peerSends(endFrame));
-        reset ? resetConnection(*m_peer) : m_peer->disconnectFromHost();
+        auto* socket = m_connection->findChild<QTcpSocket*>();
+        if (end == 2)
+            Q_EMIT socket->errorOccurred(QAbstractSocket::NetworkError);
+        else
+            end == 1 ? resetConnection(*m_peer) : m_peer->disconnectFromHost();
+        const Error failure =
+            end == 2
+                ? Error(PlatformError{PlatformError::Domain::Network,
+                                      int(QAbstractSocket::NetworkError), socket->errorString()})
+                : UploadError::invalidResponse(u"The machine closed the connection."_s);
+        QVERIFY(read(10s) && (!packetFirst || read(10s)));
+        m_connection->close();
         QVERIFY(read(10s));
-        if (packetFirst)
-            QVERIFY(read(10s));
-        const Error closed =
-            UploadError::invalidResponse(QStringLiteral("The machine closed the connection."));
-        QCOMPARE(m_outcomes, (packetFirst ? Outcomes{endPacket, closed} : Outcomes{closed}));
-        // What a later send meets is the cause, not its echo.
-        QCOMPARE(m_connection->send({MakeraPacketType::FileCancel, {}}), closed);
+        QCOMPARE(m_outcomes, (packetFirst ? Outcomes{endPacket, failure, failure}
+                                          : Outcomes{failure, failure}));
+        QCOMPARE(m_connection->send({MakeraPacketType::FileCancel, {}}), failure);
     }
 
     void cancelOrCloseFailsAWaitingReader_data() {

@@ -227,13 +227,9 @@ private Q_SLOTS:
             QStringLiteral("Machine cancelled after 8192 bytes"));
         row("silent after the last chunk", "--ftype x --silent-after 100", Act::None, timedOut, all,
             true, waitEnded(timedOut));
-        row("machine closes the connection", "--ftype x --close-after 1", Act::None, closed, opened,
-            false, waitEnded(closed));
-        row("machine resets the connection", "--ftype x --reset-after 0", Act::None, closed, opened,
-            false, waitEnded(closed));
+        row("machine resets the connection at once", "--ftype x --reset-after 0", Act::None, closed,
+            opened, false, waitEnded(closed));
         row("machine closes after the last chunk", "--ftype x --close-after 100", Act::None, closed,
-            all, false, waitEnded(closed));
-        row("machine resets after the last chunk", "--ftype x --reset-after 100", Act::None, closed,
             all, false, waitEnded(closed));
         row("chunk out of range", "--ftype x --bad-chunk-after 1", Act::None,
             UploadError::invalidResponse(QStringLiteral("Requested chunk 101 is outside 1...100.")),
