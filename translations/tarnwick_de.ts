@@ -563,10 +563,6 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <source>The machine cancelled the transfer.</source>
         <translation>Die Maschine hat die Übertragung abgebrochen.</translation>
     </message>
-    <message>
-        <source>The machine may have received the whole file: check it on the machine before sending it again.</source>
-        <translation>Die Maschine hat die Datei möglicherweise vollständig erhalten: Prüfen Sie das an der Maschine, bevor Sie sie erneut senden.</translation>
-    </message>
 </context>
 <context>
     <name>tarnwick::MakeraFilename</name>
@@ -675,6 +671,29 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>%1 the compressed answer is damaged or cut short.</source>
         <translation>%1 die komprimierte Antwort ist beschädigt oder unvollständig.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::UploadAdvice</name>
+    <message>
+        <source>Every part of the file had been sent when the upload ended. The machine may have received the whole file: check it on the machine before sending it again.</source>
+        <translation>Alle Teile der Datei waren gesendet, als der Upload endete. Die Maschine hat die Datei möglicherweise vollständig erhalten: Prüfen Sie das an der Maschine, bevor Sie sie erneut senden.</translation>
+    </message>
+    <message>
+        <source>The upload ended before the whole file was sent, so the machine does not have all of it. Check that the machine is switched on and ready, then send the file again.</source>
+        <translation>Der Upload endete, bevor die ganze Datei gesendet war; die Maschine hat sie also nicht vollständig. Prüfen Sie, ob die Maschine eingeschaltet und bereit ist, und senden Sie die Datei dann erneut.</translation>
+    </message>
+    <message>
+        <source>The machine could not be reached, or the connection to it ended before the file was sent. Check that the machine is switched on and on the same network as this computer, then try again.</source>
+        <translation>Die Maschine war nicht erreichbar, oder die Verbindung zu ihr endete, bevor die Datei gesendet wurde. Prüfen Sie, ob die Maschine eingeschaltet und im selben Netzwerk wie dieser Computer ist, und versuchen Sie es dann erneut.</translation>
+    </message>
+    <message>
+        <source>Send the file again once it is saved and no program is writing it.</source>
+        <translation>Senden Sie die Datei erneut, sobald sie gespeichert ist und kein Programm mehr in sie schreibt.</translation>
+    </message>
+    <message>
+        <source>Check that the file is still there and can be read, then try again.</source>
+        <translation>Prüfen Sie, ob die Datei noch vorhanden und lesbar ist, und versuchen Sie es dann erneut.</translation>
     </message>
 </context>
 <context>

@@ -16,11 +16,9 @@ QString UploadError::description() const {
             .arg(m_message);
     case Kind::Cancelled:
         return QCoreApplication::translate("tarnwick::UploadError", "The upload was cancelled.");
-    case Kind::TimedOut: {
-        const QString text = QCoreApplication::translate(
+    case Kind::TimedOut:
+        return QCoreApplication::translate(
             "tarnwick::UploadError", "The machine did not respond before the upload timed out.");
-        return m_message.isEmpty() ? text : text + u' ' + m_message;
-    }
     }
     Q_UNREACHABLE();
     return {};

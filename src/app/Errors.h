@@ -24,9 +24,6 @@ public:
     }
     static UploadError cancelled() { return {Kind::Cancelled, {}}; }
     static UploadError timedOut() { return {Kind::TimedOut, {}}; }
-    // A time-out after which the machine may still hold the whole file: `note` follows the
-    // time-out's own text.
-    static UploadError timedOut(QString note) { return {Kind::TimedOut, std::move(note)}; }
 
     Kind kind() const { return m_kind; }
     const QString& message() const { return m_message; }
@@ -156,6 +153,16 @@ struct CancellationError {
     friend bool operator==(const CancellationError&, const CancellationError&) = default;
 };
 
+// How far an upload had come when an error ended it: what the machine may hold, and so what the
+// user is advised. It is not part of the error's identity.
+enum class UploadStage {
+    NotOpened,
+    // The machine took the upload command: part of the file may have reached it.
+    Opened,
+    // Every chunk the machine asked for was sent: it may hold the whole file.
+    EveryChunkSent
+};
+
 // Any failure of the program, keeping its type.
 class Error {
 public:
@@ -186,10 +193,18 @@ public:
     // The text the user reads.
     QString description() const;
 
-    friend bool operator==(const Error&, const Error&) = default;
+    UploadStage uploadStage() const { return m_uploadStage; }
+    Error atUploadStage(UploadStage stage) const {
+        Error error = *this;
+        error.m_uploadStage = stage;
+        return error;
+    }
+
+    friend bool operator==(const Error& a, const Error& b) { return a.m_value == b.m_value; }
 
 private:
     Variant m_value;
+    UploadStage m_uploadStage = UploadStage::NotOpened;
 };
 
 // What the user reads of a scan of the local network that failed with `error`.

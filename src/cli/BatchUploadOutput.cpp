@@ -65,6 +65,8 @@ void BatchUploadOutput::ended(qsizetype index, const PairOutcome& outcome) {
         if (outcome.code != Success) {
             line.insert(QStringLiteral("error"), outcome.message);
             line.insert(QStringLiteral("kind"), kindName(outcome.code));
+            if (!outcome.advice.isEmpty())
+                line.insert(QStringLiteral("advice"), outcome.advice);
         }
         printJsonLine(withPair(index, line));
         if (outcome.warning)
@@ -112,6 +114,8 @@ void BatchUploadOutput::printTextSummary() const {
             ++succeeded;
         else
             err() << tr("%1: %2").arg(label(index), outcome.message) << '\n';
+        if (!outcome.advice.isEmpty())
+            err() << outcome.advice << '\n';
         if (outcome.warning)
             err() << tr("%1: %2").arg(label(index), *outcome.warning) << '\n';
     }

@@ -37,6 +37,9 @@ ExitCode platformExitCode(const PlatformError& error, UploadReach reach) {
 } // namespace
 
 ExitCode exitCodeFor(const Error& error, UploadReach reach) {
+    // Once the machine took the upload command it was reached, whatever breaks the link later.
+    if (error.uploadStage() != UploadStage::NotOpened)
+        reach = {true, true};
     if (const auto* upload = error.get<UploadError>())
         return uploadExitCode(*upload, reach);
     if (const auto* file = error.get<JobFileError>())

@@ -20,7 +20,9 @@ enum ExitCode : int {
 };
 
 // How far an upload had come when it failed: a time-out or a network error before the machine
-// took part means the machine was never reached, and afterwards that it stopped answering.
+// took part means the machine was never reached, and afterwards that it stopped answering. An
+// error that came after the machine took the upload command (Error::uploadStage()) counts as
+// transferring.
 struct UploadReach {
     bool connected = false;
     bool transferring = false;

@@ -1,5 +1,6 @@
 #include "cli/PairUpload.h"
 
+#include "app/UploadAdvice.h"
 #include "transfer/MakeraFileUploader.h"
 
 namespace tarnwick::cli {
@@ -53,7 +54,8 @@ void PairUpload::end(const UploadOutcome& outcome) {
         Q_EMIT ended({Success, {}, outcome.notRecordedMessage()});
         return;
     case UploadOutcome::Kind::Failed:
-        Q_EMIT ended({exitCodeFor(*outcome.error, m_reach), outcome.error->description(), {}});
+        Q_EMIT ended({exitCodeFor(*outcome.error, m_reach), outcome.error->description(), {},
+                      uploadAdvice(*outcome.error)});
         return;
     case UploadOutcome::Kind::DuplicateRefused:
         Q_EMIT ended({Duplicate, duplicateMessage(), {}});

@@ -23,6 +23,8 @@ struct PairOutcome {
     QString message;
     // The upload went through but its record could not be kept.
     std::optional<QString> warning;
+    // Beneath a failure: what happened and what to try, in plain words; may be empty.
+    QString advice;
 };
 
 // One pair as the command-line tool runs it: the upload workflow, a busy machine skipped, and the

@@ -31,7 +31,7 @@ void SingleUploadOutput::ended(qsizetype, const PairOutcome& outcome) {
     if (m_bar)
         m_bar->finish();
     if (outcome.code != Success)
-        return reportFailure(outcome.message, outcome.code, m_json);
+        return reportFailure(outcome.message, outcome.code, m_json, outcome.advice);
     if (!m_json) {
         out() << uploadedLine(m_pair) << '\n';
         out().flush();

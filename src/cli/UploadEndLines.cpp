@@ -3,14 +3,19 @@
 #include "cli/Console.h"
 
 #include <QCoreApplication>
+#include <QJsonObject>
 
 namespace tarnwick::cli {
 
-void reportFailure(const QString& message, ExitCode code, bool json) {
-    if (json)
-        printJsonLine(
-            {{QStringLiteral("error"), message}, {QStringLiteral("kind"), kindName(code)}});
-    fail(message, code);
+void reportFailure(const QString& message, ExitCode code, bool json, const QString& advice) {
+    if (json) {
+        QJsonObject line{{QStringLiteral("error"), message},
+                         {QStringLiteral("kind"), kindName(code)}};
+        if (!advice.isEmpty())
+            line.insert(QStringLiteral("advice"), advice);
+        printJsonLine(line);
+    }
+    fail(advice.isEmpty() ? message : message + u'\n' + advice, code);
 }
 
 QString uploadedLine(const UploadPair& pair) {

@@ -3,6 +3,8 @@
 #include "cli/BatchUploadOutput.h"
 #include "cli/SingleUploadOutput.h"
 
+#include <QJsonObject>
+
 namespace tarnwick::cli {
 
 std::unique_ptr<UploadOutput> UploadOutput::create(const UploadBatch& batch, bool json) {

@@ -1,7 +1,6 @@
 #include "protocol/MakeraConnection.h"
 
 #include "protocol/DeadlineTimer.h"
-#include "protocol/SocketPeek.h"
 
 #include <QCoreApplication>
 #include <QTcpSocket>
@@ -67,17 +66,13 @@ void MakeraConnection::connect(std::chrono::milliseconds timeout) {
         return;
     }
     m_connectTimer->start(timeout);
-    // Unbuffered, so that each read can first look at what waits: Qt's own reading would report
-    // a reset as an orderly close.
-    m_socket->connectToHost(m_host, m_port, QIODevice::ReadWrite | QIODevice::Unbuffered);
+    m_socket->connectToHost(m_host, m_port);
 }
 
 std::optional<Error> MakeraConnection::send(const MakeraPacket& packet) {
     const Result<QByteArray> frame = packet.encoded();
     if (!frame.ok())
         return frame.error();
-    // A reset that has arrived is the cause; the write it would refuse is only its echo.
-    receiveAvailable();
     if (m_peerGone && m_failure)
         return *m_failure;
     if (m_socket->state() != QAbstractSocket::ConnectedState) {
@@ -86,12 +81,13 @@ std::optional<Error> MakeraConnection::send(const MakeraPacket& packet) {
         return PlatformError{PlatformError::Domain::Network, int(QAbstractSocket::OperationError),
                              QAbstractSocket::tr("Socket is not connected")};
     }
-    if (m_socket->write(frame.value()) != frame.value().size()) {
-        if (m_socket->state() != QAbstractSocket::ConnectedState && m_failure)
-            return *m_failure;
+    if (m_socket->write(frame.value()) != frame.value().size())
         return socketError(m_socket->error());
-    }
+    // Written at once rather than on the next turn of the event loop: the machine waits for it.
+    // A peer that has gone shows here, and what ended the connection is the cause to report.
     m_socket->flush();
+    if (m_peerGone && m_failure)
+        return *m_failure;
     return std::nullopt;
 }
 
@@ -148,31 +144,26 @@ void MakeraConnection::socketFailed(QAbstractSocket::SocketError error) {
         fail(failure);
         return;
     }
-    // Bytes that came with the error are still delivered, before it; an orderly close or a reset
-    // seen there is recorded first. Here the remote-host-closed error comes from a refused write,
-    // which is a reset too.
+    // Bytes that came before the end are still delivered, before it.
     receiveAvailable();
-    m_isReading = false;
-    fail(socketError(error));
+    // Qt reads a reset from the peer as the end of the stream, on every platform: an orderly
+    // close and a reset both arrive as RemoteHostClosedError and cannot be told apart. Either
+    // way the machine's end ended the connection, which is what the user is told.
+    if (error == QAbstractSocket::RemoteHostClosedError)
+        peerEnded(UploadError::invalidResponse(closedByPeer()));
+    else
+        peerEnded(socketError(error));
 }
 
 void MakeraConnection::socketClosed() {
     if (!m_isReading)
         return;
     receiveAvailable();
-    if (m_isReading)
-        peerEnded(UploadError::invalidResponse(closedByPeer()));
+    peerEnded(UploadError::invalidResponse(closedByPeer()));
 }
 
 void MakeraConnection::receiveAvailable() {
     while (m_isReading) {
-        const PendingInput pending = peekSocket(m_socket->socketDescriptor());
-        if (pending.kind == PendingInput::Kind::Closed)
-            return peerEnded(UploadError::invalidResponse(closedByPeer()));
-        if (pending.kind == PendingInput::Kind::Failed)
-            return peerEnded(PlatformError{PlatformError::Domain::Network,
-                                           int(QAbstractSocket::NetworkError), pending.failure});
-        // Also when nothing waits: an unbuffered socket listens again only after a read.
         const qint64 count = m_socket->read(m_readBuffer.data(), readSize);
         if (count <= 0)
             return;
@@ -184,8 +175,6 @@ void MakeraConnection::peerEnded(const Error& error) {
     m_isReading = false;
     m_peerGone = true;
     fail(error);
-    // Lets the socket see the end as well, so that its state follows.
-    m_socket->read(m_readBuffer.data(), readSize);
 }
 
 void MakeraConnection::ingest(QByteArrayView bytes) {

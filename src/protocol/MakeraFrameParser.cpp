@@ -1,5 +1,7 @@
 #include "protocol/MakeraFrameParser.h"
 
+#include <QtEndian>
+
 #include <cstring>
 
 namespace tarnwick {
@@ -24,7 +26,7 @@ qsizetype findHeader(QByteArrayView bytes) {
 }
 
 quint16 lengthField(QByteArrayView bytes) {
-    return quint16((quint8(bytes[2]) << 8) | quint8(bytes[3]));
+    return qFromBigEndian<quint16>(bytes.data() + 2);
 }
 
 bool isUnknownType(const Error& error) {

@@ -1,14 +1,8 @@
 #include "protocol/MakeraPacket.h"
 
+#include <QtEndian>
+
 namespace tarnwick {
-
-namespace {
-
-quint16 bigEndian16(const char* p) {
-    return quint16((quint8(p[0]) << 8) | quint8(p[1]));
-}
-
-} // namespace
 
 std::optional<MakeraPacketType> makeraPacketType(quint8 rawValue) {
     switch (MakeraPacketType(rawValue)) {
@@ -41,15 +35,12 @@ Result<QByteArray> MakeraPacket::encoded() const {
     char* p = frame.data();
     p[0] = MakeraFrame::headerFirstByte;
     p[1] = MakeraFrame::headerSecondByte;
-    p[2] = char(length >> 8);
-    p[3] = char(length & 0xFF);
+    qToBigEndian(quint16(length), p + 2);
     p[4] = char(type);
     const quint16 crc =
         CRC16CCITT::extendCopying(CRC16CCITT::checksum(QByteArrayView(p + 2, 3)), payload, p + 5);
-    p[length + 2] = char(crc >> 8);
-    p[length + 3] = char(crc & 0xFF);
-    p[length + 4] = char(MakeraFrame::footer >> 8);
-    p[length + 5] = char(MakeraFrame::footer & 0xFF);
+    qToBigEndian(crc, p + length + 2);
+    qToBigEndian(MakeraFrame::footer, p + length + 4);
     return frame;
 }
 
@@ -58,17 +49,17 @@ Result<MakeraPacket> MakeraPacketDecoder::decode(QByteArrayView frame) {
         return MakeraPacketError::truncated();
     const char* p = frame.data();
 
-    const quint16 header = bigEndian16(p);
+    const quint16 header = qFromBigEndian<quint16>(p);
     if (header != MakeraFrame::header)
         return MakeraPacketError::invalidHeader(header);
 
-    const quint16 length = bigEndian16(p + 2);
+    const quint16 length = qFromBigEndian<quint16>(p + 2);
     if (!MakeraFrame::isValidLength(length))
         return MakeraPacketError::invalidLength(length);
     if (frame.size() < length + MakeraFrame::overhead)
         return MakeraPacketError::truncated();
 
-    const quint16 footer = bigEndian16(p + length + 4);
+    const quint16 footer = qFromBigEndian<quint16>(p + length + 4);
     if (footer != MakeraFrame::footer)
         return MakeraPacketError::invalidFooter(footer);
 
@@ -76,7 +67,7 @@ Result<MakeraPacket> MakeraPacketDecoder::decode(QByteArrayView frame) {
     QByteArray payload(length - MakeraFrame::minimumLength, Qt::Uninitialized);
     const quint16 computed = CRC16CCITT::extendCopying(
         CRC16CCITT::checksum(frame.sliced(2, 3)), frame.sliced(5, payload.size()), payload.data());
-    const quint16 stored = bigEndian16(p + length + 2);
+    const quint16 stored = qFromBigEndian<quint16>(p + length + 2);
     if (computed != stored)
         return MakeraPacketError::checksum(computed, stored);
 
@@ -91,14 +82,13 @@ Result<MakeraPacket> MakeraPacketDecoder::decode(QByteArrayView frame) {
 Result<quint16> readUInt16(QByteArrayView bytes, qsizetype at) {
     if (at < 0 || at > bytes.size() - 2)
         return MakeraPacketError::truncated();
-    return bigEndian16(bytes.data() + at);
+    return qFromBigEndian<quint16>(bytes.data() + at);
 }
 
 Result<quint32> readUInt32(QByteArrayView bytes, qsizetype at) {
     if (at < 0 || at > bytes.size() - 4)
         return MakeraPacketError::truncated();
-    const char* p = bytes.data() + at;
-    return quint32(bigEndian16(p)) << 16 | bigEndian16(p + 2);
+    return qFromBigEndian<quint32>(bytes.data() + at);
 }
 
 } // namespace tarnwick

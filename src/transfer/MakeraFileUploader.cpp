@@ -7,7 +7,6 @@
 #include "transfer/MakeraFilename.h"
 #include "transfer/UploadLog.h"
 
-#include <QCoreApplication>
 #include <QStringDecoder>
 #include <QtConcurrent>
 
@@ -35,12 +34,6 @@ const MakeraPacket cancelPacket{MakeraPacketType::FileCancel, {}};
 // A file that hashes quickly shows no checking progress at all.
 constexpr std::chrono::milliseconds checkingQuietPeriod{500};
 constexpr std::chrono::milliseconds checkingReportInterval{100};
-
-QString mayHoldTheWholeFile() {
-    return QCoreApplication::translate("tarnwick::MakeraFileUploader",
-                                       "The machine may have received the whole file: check it "
-                                       "on the machine before sending it again.");
-}
 
 } // namespace
 
@@ -197,7 +190,6 @@ void MakeraFileUploader::probeEnded(const std::optional<QString>& fileType) {
 }
 
 void MakeraFileUploader::open() {
-    m_state = State::Opening;
     const QString name = m_file.fileName();
     m_session.emplace(m_digest->size, name, m_digest->md5, chunkSize);
     m_session->setLastPacket({MakeraPacketType::FileMD5, m_session->md5()});
@@ -213,6 +205,7 @@ void MakeraFileUploader::open() {
     if (std::optional<Error> error =
             m_connection->send({MakeraPacketType::FileStart, m_uploadCommand}))
         return fail(*error, CancelPacket::DoNotSend);
+    m_state = State::Opening;
     m_pause->start(m_timings.openingPause);
 }
 
@@ -283,10 +276,7 @@ void MakeraFileUploader::reply(const MakeraPacket& packet) {
 }
 
 void MakeraFileUploader::requestWaitFailed(const Error& error) {
-    Error mapped = uploadError(error);
-    // Nothing can confirm it, but the end packet may be all that was lost.
-    if (mapped.isUploadError(UploadError::Kind::TimedOut) && m_session->hasServedEveryChunk())
-        mapped = UploadError::timedOut(mayHoldTheWholeFile());
+    const Error mapped = uploadError(error);
     qCCritical(uploadLog, "Transfer ended waiting for the machine: %s",
                qUtf8Printable(mapped.description()));
     fail(mapped, CancelPacket::Send);
@@ -328,6 +318,7 @@ void MakeraFileUploader::succeed() {
 }
 
 void MakeraFileUploader::fail(const Error& error, CancelPacket cancelPacket) {
+    const Error outcome = uploadError(error).atUploadStage(uploadStage());
     if (cancelPacket == CancelPacket::Send)
         sendCancelPacket();
     closeConnection();
@@ -339,9 +330,16 @@ void MakeraFileUploader::fail(const Error& error, CancelPacket cancelPacket) {
     }
     if (m_chunks)
         m_chunks->disconnect(this);
-    const Error outcome = uploadError(error);
     QMetaObject::invokeMethod(
         this, [this, outcome] { Q_EMIT failed(outcome); }, Qt::QueuedConnection);
+}
+
+// Nothing can confirm what the machine keeps of an upload that ends after it took the command:
+// once every chunk went out, the end packet may be all that was lost.
+UploadStage MakeraFileUploader::uploadStage() const {
+    if (m_state != State::Opening && m_state != State::Transferring)
+        return UploadStage::NotOpened;
+    return m_session->hasServedEveryChunk() ? UploadStage::EveryChunkSent : UploadStage::Opened;
 }
 
 void MakeraFileUploader::sendCancelPacket() {

@@ -77,6 +77,7 @@ private:
 
     void succeed();
     void fail(const Error& error, CancelPacket cancelPacket);
+    UploadStage uploadStage() const;
     void sendCancelPacket();
     void closeConnection();
 

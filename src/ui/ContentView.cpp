@@ -1,6 +1,7 @@
 #include "ui/ContentView.h"
 
 #include "app/AppModel.h"
+#include "app/UploadAdvice.h"
 #include "transfer/MakeraFilename.h"
 #include "ui/AlertText.h"
 #include "ui/DestinationCard.h"
@@ -314,9 +315,13 @@ void ContentView::showErrorAlert() {
             m_errorAlert->close();
         return;
     }
-    const QString text = message->isEmpty() ? tr("Unknown error") : *message;
-    // The user's own cancel is news, not a warning.
+    QString text = message->isEmpty() ? tr("Unknown error") : *message;
     const auto& failure = m_model.lastFailure();
+    // Beneath an upload's failure, in the informative text: what happened and what to try.
+    if (failure)
+        if (const QString advice = uploadAdvice(*failure); !advice.isEmpty())
+            text += QStringLiteral("\n\n") + advice;
+    // The user's own cancel is news, not a warning.
     const QMessageBox::Icon icon = failure && failure->isUploadError(UploadError::Kind::Cancelled)
                                        ? QMessageBox::Information
                                        : QMessageBox::Warning;

@@ -2,6 +2,7 @@
 #include "app/AppPersistence.h"
 #include "app/Errors.h"
 #include "app/SettingsStore.h"
+#include "app/UploadAdvice.h"
 #include "cli/ExitCode.h"
 #include "cli/ProgressBar.h"
 #include "discovery/Announcer.h"
@@ -249,14 +250,15 @@ private Q_SLOTS:
         QVERIFY(help.out.simplified().contains(u"in any letter case"_s));
     }
 
-    // Each class once, with its text and last JSON line. "%1" is the simulator's port; `action`
-    // is a signal to send while sending, or -1 to compare a second run.
+    // Each class once and link faults by phase: text, advice and last JSON line. "%1" is the
+    // simulator's port; `action` is a signal to send while sending, or -1 for a second run.
     void classes_data() {
         QTest::addColumn<QStringList>("sim");
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("action");
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("exitClass");
+        QTest::addColumn<QString>("advice");
         const QStringList good{u"--ftype"_s, u"x"_s};
         const QStringList slow = good + QStringList{u"--latency-ms"_s, u"300"_s};
         const QStringList toSim{part, u"--to"_s, u"%1"_s};
@@ -265,10 +267,15 @@ private Q_SLOTS:
         const QString refused = at(closed.serverPort());
         closed.close();
         const auto row = [](const char* name, QStringList sim, const QStringList& arguments,
-                            int action, const QString& message, const char* exitClass) {
+                            int action, const QString& message, const char* exitClass,
+                            const QString& advice = {}) {
             QTest::newRow(name) << sim << arguments << action << message
-                                << QString::fromLatin1(exitClass);
+                                << QString::fromLatin1(exitClass) << advice;
         };
+        const Error ended = UploadError::invalidResponse(u"The machine closed the connection."_s);
+        const QString wholeFileMaybe =
+            uploadAdvice(ended.atUploadStage(UploadStage::EveryChunkSent));
+        QVERIFY(wholeFileMaybe.contains(u"The machine may have received the whole file"_s));
         row("uploaded", good, toSim, 0, {}, "0 ");
         row("unusable file", good,
             {writeFile(dir, u"notes.TXT"_s, "x").toLocalFile(), u"--to"_s, u"%1"_s}, 0,
@@ -281,12 +288,19 @@ private Q_SLOTS:
             {writeFile(dir, u"part\nM3.nc"_s, "G0\n").toLocalFile(), u"--to"_s, u"%1"_s}, 0,
             JobFileError::controlCharacterInName(u"part\u240AM3.nc"_s).description(), "2 usage");
 #endif
-        row("unreachable", {}, {part, u"--to"_s, refused}, 0, {}, "3 unreachable");
+        row("unreachable", {}, {part, u"--to"_s, refused}, 0, {}, "3 unreachable",
+            uploadAdvice(PlatformError{PlatformError::Domain::Network, 0, {}}));
         row("refused", good + QStringList{u"--cancel-after"_s, u"1"_s}, toSim, 0,
             UploadError::rejected(u"The machine cancelled the transfer."_s).description(),
             "4 refused");
         row("timed out", good + QStringList{u"--silent-after"_s, u"1"_s}, toSim, 0,
-            UploadError::timedOut().description(), "5 timeout");
+            UploadError::timedOut().description(), "5 timeout",
+            uploadAdvice(Error(UploadError::timedOut()).atUploadStage(UploadStage::Opened)));
+        row("reset after the opening", good + QStringList{u"--reset-after"_s, u"0"_s}, toSim, 0,
+            ended.description(), "1 failed",
+            uploadAdvice(ended.atUploadStage(UploadStage::Opened)));
+        row("reset after the last chunk", good + QStringList{u"--reset-after"_s, u"6"_s}, toSim, 0,
+            ended.description(), "1 failed", wholeFileMaybe);
 #ifdef Q_OS_UNIX
         row("SIGHUP", slow, toSim, SIGHUP, UploadError::cancelled().description(), "6 cancelled");
 #endif
@@ -319,11 +333,13 @@ private Q_SLOTS:
             QCOMPARE(machine.stored(u"my part.nc"_s), bytes);
             return;
         }
-        if (!message.isEmpty())
-            QCOMPARE(result.err, message + u'\n');
+        QFETCH(QString, advice);
+        const QString error = last.value(u"error"_s).toString();
+        QVERIFY(message.isEmpty() || error == message);
+        QCOMPARE(last.value(u"advice"_s).toString(), advice);
+        QCOMPARE(result.err, error + u'\n' + (advice.isEmpty() ? advice : advice + u'\n'));
         if (result.exitCode == Usage)
             QCOMPARE(machine.loggedLines(), QStringList());
-        QCOMPARE(last.value(u"error"_s).toString(), result.err.trimmed());
         if (action > 0)
             QTRY_COMPARE_WITH_TIMEOUT(machine.loggedTypes().last(), u"fileCancel"_s, 3000);
     }
@@ -517,6 +533,7 @@ private Q_SLOTS:
             {MakeraPacketError::truncated(), sending, "1 failed"},
             {reset, sending, "1 failed"},
             {reset, connected, "3 unreachable"},
+            {Error(reset).atUploadStage(UploadStage::Opened), connected, "1 failed"},
             {UploadError::timedOut(), before, "3 unreachable"},
             {UploadError::timedOut(), connected, "5 timeout"},
             {CancellationError{}, before, "6 cancelled"},

@@ -107,12 +107,13 @@ enum class Act {
     Rewrite,
     Delete,
     Cancel,
-    CancelWhileProbing
+    CancelWhileProbing,
+    CancelWhenEveryChunkWasSent
 };
 
 bool perform(Act act, SimUpload& upload, qsizetype size) {
     QFile file(upload.dir.filePath(u"part.nc"_s));
-    if (act == Act::Cancel || act == Act::CancelWhileProbing)
+    if (act >= Act::Cancel)
         upload.uploader.cancel();
     return act == Act::Truncate ? file.resize(size / 3)
            : act == Act::Grow   ? file.open(QIODevice::Append) && file.write("G0\n") == 3
@@ -203,44 +204,47 @@ private Q_SLOTS:
     }
 
     // Every way an upload ends without the file: a fault at the machine, the file changing while
-    // it is sent, or the user cancelling.
+    // it is sent, or the user cancelling; and how far it had come, which decides the advice.
     void endsWithoutTheFile_data() {
         QTest::addColumn<QStringList>("simArguments");
         QTest::addColumn<Act>("act");
         QTest::addColumn<Error>("error");
+        QTest::addColumn<UploadStage>("stage");
         QTest::addColumn<bool>("cancelPacketSent");
         QTest::addColumn<QString>("logged"); // the start of an error line; none when it logs none
         const auto row = [](const char* name, const char* simArguments, Act act, const Error& error,
-                            bool cancelPacketSent, const QString& logged = {}) {
-            QTest::newRow(name) << args(simArguments) << act << error << cancelPacketSent << logged;
+                            UploadStage stage, bool cancelPacketSent, const QString& logged = {}) {
+            QTest::newRow(name) << args(simArguments) << act << error << stage << cancelPacketSent
+                                << logged;
         };
         const Error changed = JobFileError::changedWhileSending();
-        const Error wholeFileMaybe = UploadError::timedOut(
-            QStringLiteral("The machine may have received the whole file: check it on the machine "
-                           "before sending it again."));
+        const Error timedOut = UploadError::timedOut(), cancelled = UploadError::cancelled();
         const Error closed =
             UploadError::invalidResponse(QStringLiteral("The machine closed the connection."));
+        const UploadStage opened = UploadStage::Opened, all = UploadStage::EveryChunkSent;
         row("machine cancels", "--ftype x --cancel-after 1", Act::None,
-            UploadError::rejected(u"The machine cancelled the transfer."_s), false,
+            UploadError::rejected(u"The machine cancelled the transfer."_s), opened, false,
             QStringLiteral("Machine cancelled after 8192 bytes"));
-        row("silent after the last chunk", "--ftype x --silent-after 100", Act::None,
-            wholeFileMaybe, true, waitEnded(wholeFileMaybe));
-        row("machine closes the connection", "--ftype x --close-after 1", Act::None, closed, false,
-            waitEnded(closed));
-        row("machine resets the connection", "--ftype x --reset-after 1", Act::None,
-            PlatformError{PlatformError::Domain::Network, int(QAbstractSocket::NetworkError), {}},
-            false, waitEnded());
+        row("silent after the last chunk", "--ftype x --silent-after 100", Act::None, timedOut, all,
+            true, waitEnded(timedOut));
+        row("machine resets the connection at once", "--ftype x --reset-after 0", Act::None, closed,
+            opened, false, waitEnded(closed));
+        row("machine closes after the last chunk", "--ftype x --close-after 100", Act::None, closed,
+            all, false, waitEnded(closed));
         row("chunk out of range", "--ftype x --bad-chunk-after 1", Act::None,
             UploadError::invalidResponse(QStringLiteral("Requested chunk 101 is outside 1...100.")),
-            false);
-        row("file truncated", "--ftype x --latency-ms 15", Act::Truncate, changed, true);
-        row("file grown", "--ftype x --latency-ms 15", Act::Grow, changed, true);
+            opened, false);
+        row("file truncated", "--ftype x --latency-ms 15", Act::Truncate, changed, opened, true);
+        row("file grown", "--ftype x --latency-ms 15", Act::Grow, changed, opened, true);
         row("file rewritten in place, same size", "--ftype x --latency-ms 15", Act::Rewrite,
-            changed, true);
-        row("file deleted", "--ftype x --latency-ms 15", Act::Delete, changed, true);
-        row("cancelled while probing", "", Act::CancelWhileProbing, UploadError::cancelled(), true);
-        row("cancelled while transferring", "--ftype x --latency-ms 300", Act::Cancel,
-            UploadError::cancelled(), true, waitEnded(UploadError::cancelled()));
+            changed, opened, true);
+        row("file deleted", "--ftype x --latency-ms 15", Act::Delete, changed, opened, true);
+        row("cancelled while probing", "", Act::CancelWhileProbing, cancelled,
+            UploadStage::NotOpened, true);
+        row("cancelled while transferring", "--ftype x --latency-ms 300", Act::Cancel, cancelled,
+            opened, true, waitEnded(cancelled));
+        row("cancelled after the last chunk", "--ftype x --silent-after 100",
+            Act::CancelWhenEveryChunkWasSent, cancelled, all, true, waitEnded(cancelled));
     }
     void endsWithoutTheFile() {
         QFETCH(QStringList, simArguments);
@@ -261,13 +265,15 @@ private Q_SLOTS:
         if (act != Act::None) {
             // The file's chunks come in blocks of 64: a change shows when the second is read.
             const QString seen = act == Act::CancelWhileProbing ? opening[0] : u"fileData"_s;
-            QVERIFY(runUntil([&] { return upload.sim.loggedTypes().contains(seen); }, 8000));
+            const qsizetype times = act == Act::CancelWhenEveryChunkWasSent ? 100 : 1;
+            QVERIFY(runUntil([&] { return upload.sim.loggedTypes().count(seen) == times; }, 8000));
             QVERIFY(perform(act, upload, size));
         }
         QVERIFY(upload.waitUntilEnded(6000));
 
         QVERIFY(!upload.finished);
         QVERIFY2(sameFailure(*upload.error, error), qPrintable(upload.error->description()));
+        QTEST(upload.error->uploadStage(), "stage");
         QVERIFY(upload.sim.storedNames().isEmpty());
         QFETCH(bool, cancelPacketSent);
         QVERIFY(cancelPacketSent

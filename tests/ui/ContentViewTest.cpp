@@ -1,4 +1,5 @@
 #include "UiHarness.h"
+#include "app/UploadAdvice.h"
 #include "i18n/Translations.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
@@ -370,7 +371,8 @@ private Q_SLOTS:
         expectStatus(Status::Connected);
         Q_EMIT uploader->progress({Phase::Uploading, 2'000'000, 100'000'000, 7'300'000});
         Q_EMIT uploader->failed(refused);
-        expectAlert(QMessageBox::Warning, u"Connection refused"_s);
+        // Beneath the failure, what happened and what to try.
+        expectAlert(QMessageBox::Warning, u"Connection refused\n\n"_s + uploadAdvice(refused));
         QCOMPARE(h->connector->checks.size(), 2);
         Q_EMIT h->connector->checks.last()->failed(refused);
         expectStatus(Status::Unavailable);
