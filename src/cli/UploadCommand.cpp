@@ -1,5 +1,6 @@
 #include "cli/UploadCommand.h"
 
+#include "app/DisplayName.h"
 #include "app/PortNumber.h"
 #include "app/SettingsStore.h"
 #include "cli/Console.h"
@@ -194,7 +195,7 @@ std::optional<QList<UploadPair>> UploadCommand::destinations(const QCommandLineP
                 destination.skipReason =
                     tr("“%1” at %2 is busy, so nothing was sent to it. Add "
                        "--busy-ok to send to it anyway.")
-                        .arg(destination.machine.name, destination.machine.id());
+                        .arg(displayName(destination.machine.name), destination.machine.id());
         }
         // One upload at a time per machine, however often it is named.
         if (!ids.contains(destination.machine.id())) {

@@ -1,6 +1,7 @@
 #include "ui/DestinationCard.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "ui/ElidedLabel.h"
 #include "ui/EmptyState.h"
 #include "ui/Formatting.h"
@@ -85,7 +86,7 @@ void DestinationCard::showSelection() {
     m_emptyPage->setVisible(!machine);
     if (!machine)
         return;
-    m_name->setFullText(machine->name);
+    m_name->setFullText(displayName(machine->name));
     m_subtitle->setFullText(machineSubtitle(*machine));
     m_badge->setStatus(machine->status);
     m_busy->setVisible(m_model.isSelectedMachineBusy());

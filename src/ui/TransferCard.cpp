@@ -1,6 +1,7 @@
 #include "ui/TransferCard.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "app/TransferTexts.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
@@ -114,7 +115,8 @@ void TransferCard::followUpload() {
         // The cards above may change during the upload; this one keeps naming what is sent.
         m_failure.reset();
         m_fileName = m_model.selectedFile() ? m_model.selectedFile()->fileName() : QString();
-        m_machineName = m_model.selectedMachine() ? m_model.selectedMachine()->name : QString();
+        m_machineName =
+            m_model.selectedMachine() ? displayName(m_model.selectedMachine()->name) : QString();
     }
     showProgress();
 }

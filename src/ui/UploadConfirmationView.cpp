@@ -1,6 +1,7 @@
 #include "ui/UploadConfirmationView.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "app/TransferTexts.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
@@ -168,7 +169,7 @@ QWidget* UploadConfirmationView::makeWarning() {
 void UploadConfirmationView::refresh() {
     const auto& machine = m_model.selectedMachine();
     const auto& file = m_model.selectedFile();
-    m_destination->setFullText(machine ? machine->name : absent);
+    m_destination->setFullText(machine ? displayName(machine->name) : absent);
     m_address->setFullText(machine ? machineAddress(*machine) : absent);
     m_fileName->setFullText(file ? file->fileName() : absent);
     m_size->setFullText(file ? byteCount(file->size) : absent);
