@@ -34,7 +34,7 @@ using namespace tarnwick::ui;
 namespace {
 
 QPalette lightPalette() {
-    QPalette palette = QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+    QPalette palette = QApplication::style()->standardPalette();
     palette.setColor(QPalette::Window, QColor(0xF2, 0xF2, 0xF4));
     palette.setColor(QPalette::Base, Qt::white);
     palette.setColor(QPalette::Highlight, QColor(0x1F, 0x6F, 0xE0));
