@@ -54,7 +54,9 @@ void PairUpload::end(const UploadOutcome& outcome) {
         Q_EMIT ended({Success, {}, outcome.notRecordedMessage()});
         return;
     case UploadOutcome::Kind::Failed:
-        Q_EMIT ended({exitCodeFor(*outcome.error, m_reach), outcome.error->description(), {},
+        Q_EMIT ended({exitCodeFor(*outcome.error, m_reach),
+                      outcome.error->description(),
+                      {},
                       uploadAdvice(*outcome.error)});
         return;
     case UploadOutcome::Kind::DuplicateRefused:

@@ -108,7 +108,7 @@ void MachineListModel::countAddress(const QString& address, int change) {
 QString MachineListModel::shownAddress(const Machine& machine) const {
     const bool shared = m_addressCounts.value(machine.ipAddress) > 1;
     return machine.port != defaultControllerPort || shared ? machineAddress(machine)
-                                                        : machine.ipAddress;
+                                                           : machine.ipAddress;
 }
 
 } // namespace tarnwick::ui
