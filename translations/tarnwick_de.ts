@@ -710,6 +710,26 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     </message>
 </context>
 <context>
+    <name>tarnwick::gcode::MachineFit</name>
+    <message>
+        <source>The cuts span %1 mm in %2; this machine travels %3 mm.</source>
+        <extracomment>The axis is a letter: X, Y or Z.</extracomment>
+        <translation>Die Schnitte erstrecken sich in %2 über %1 mm; diese Maschine verfährt %3 mm.</translation>
+    </message>
+    <message>
+        <source>The job uses tool T%1; this machine&apos;s tool changer goes up to T%2.</source>
+        <translation>Der Auftrag verwendet das Werkzeug T%1; der Werkzeugwechsler dieser Maschine reicht bis T%2.</translation>
+    </message>
+    <message>
+        <source>The job turns the spindle at %1 rpm; this machine reaches %2 rpm.</source>
+        <translation>Der Auftrag dreht die Spindel mit %1 U/min; diese Maschine erreicht %2 U/min.</translation>
+    </message>
+    <message>
+        <source>The job feeds at %1 mm/min; this machine feeds at most %2 mm/min.</source>
+        <translation>Der Auftrag fährt mit einem Vorschub von %1 mm/min; diese Maschine schafft höchstens %2 mm/min.</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::gcode::Warning</name>
     <message>
         <source>The file sets no units (G20 or G21); millimetres are assumed.</source>
