@@ -223,18 +223,6 @@ Exit-Codes: 0 ausgegeben (auch wenn es nichts auszugeben gibt), 1 der Verlauf ko
         <translation>Zeigt, was eine Auftragsdatei tun wird: Bewegungen, Ausmaße, Werkzeuge, Zeit</translation>
     </message>
     <message>
-        <source>Reads a job file and prints what it will do: its moves, units, extents (in mm), tools, spindle speeds, feeds, an estimated time and warnings. Nothing is sent.
-
-Exit codes:
-  0  the file was read (warnings do not change this)
-  2  bad usage or an unusable file</source>
-        <translation>Liest eine Auftragsdatei und gibt aus, was sie tun wird: Bewegungen, Einheiten, Ausmaße (in mm), Werkzeuge, Spindeldrehzahlen, Vorschübe, eine geschätzte Zeit und Warnungen. Es wird nichts gesendet.
-
-Exit-Codes:
-  0  die Datei wurde gelesen (Warnungen ändern daran nichts)
-  2  falscher Aufruf oder unbrauchbare Datei</translation>
-    </message>
-    <message>
         <source>Prints one JSON object instead of text.</source>
         <translation>Gibt statt Text ein JSON-Objekt aus.</translation>
     </message>
@@ -261,6 +249,69 @@ Exit-Codes:
     <message>
         <source>%1 to %2 mm/min</source>
         <translation>%1 bis %2 mm/min</translation>
+    </message>
+    <message>
+        <source>Fits: the job fits the machine&apos;s limits.</source>
+        <translation>Passt: der Auftrag passt in die Grenzen der Maschine.</translation>
+    </message>
+    <message>
+        <source>Does not fit: %1</source>
+        <translation>Passt nicht: %1</translation>
+    </message>
+    <message>
+        <source>Reads a job file and prints what it will do: its moves, units, extents (in mm), tools, spindle speeds, feeds, an estimated time and warnings. Nothing is sent.
+
+With --limits or --machine it also says whether the job fits the machine: whether the cuts span more than it travels on an axis, use a tool above its tool changer&apos;s positions, or a spindle speed or feed above its highest.
+
+Exit codes:
+  0  the file was read (warnings do not change this)
+  2  bad usage or an unusable file</source>
+        <translation>Liest eine Auftragsdatei und gibt aus, was sie tun wird: Bewegungen, Einheiten, Ausmaße (in mm), Werkzeuge, Spindeldrehzahlen, Vorschübe, eine geschätzte Zeit und Warnungen. Es wird nichts gesendet.
+
+Mit --limits oder --machine sagt es auch, ob der Auftrag auf die Maschine passt: ob sich die Schnitte auf einer Achse weiter erstrecken, als sie verfährt, ob ein Werkzeug über den Plätzen ihres Werkzeugwechslers liegt oder eine Spindeldrehzahl oder ein Vorschub über ihrem Höchstwert.
+
+Exit-Codes:
+  0  die Datei wurde gelesen (Warnungen ändern daran nichts)
+  2  falscher Aufruf oder unbrauchbare Datei</translation>
+    </message>
+    <message>
+        <source>Checks the job against these limits: the travel in X, Y and Z in mm, then optionally the highest spindle speed in rpm, the number of tool positions and the highest feed in mm/min, separated by commas (an optional one may be left empty).</source>
+        <translation>Prüft den Auftrag gegen diese Grenzen: den Verfahrweg in X, Y und Z in mm, dann wahlweise die höchste Spindeldrehzahl in U/min, die Zahl der Werkzeugplätze und den höchsten Vorschub in mm/min, durch Kommas getrennt (ein wahlweiser Wert darf leer bleiben).</translation>
+    </message>
+    <message>
+        <source>Checks the job against the limits entered in the app for the machine at this address (the port is 2222 when left out). Names are not looked up.</source>
+        <translation>Prüft den Auftrag gegen die Grenzen, die in der App für die Maschine an dieser Adresse eingegeben wurden (ohne Angabe ist der Port 2222). Namen werden nicht aufgelöst.</translation>
+    </message>
+    <message>
+        <source>Give either --limits or --machine, not both.</source>
+        <translation>Geben Sie entweder --limits oder --machine an, nicht beides.</translation>
+    </message>
+    <message>
+        <source>No limits are stored for %1. Enter them in the app under “Machine limits…”, or give --limits.</source>
+        <translation>Für %1 sind keine Grenzen gespeichert. Geben Sie sie in der App unter „Maschinengrenzen…“ ein oder geben Sie --limits an.</translation>
+    </message>
+</context>
+<context>
+    <name>LimitsOption</name>
+    <message>
+        <source>--limits takes 3 to 6 values separated by commas: X,Y,Z[,RPM[,TOOLS[,FEED]]].</source>
+        <translation>--limits erwartet 3 bis 6 durch Kommas getrennte Werte: X,Y,Z[,RPM[,TOOLS[,FEED]]].</translation>
+    </message>
+    <message>
+        <source>--limits: the travel in %1 must be a number of millimetres greater than 0, not “%2”.</source>
+        <translation>--limits: der Verfahrweg in %1 muss eine Zahl von Millimetern größer als 0 sein, nicht „%2“.</translation>
+    </message>
+    <message>
+        <source>--limits: the highest spindle speed must be a number of rpm greater than 0, not “%1”.</source>
+        <translation>--limits: die höchste Spindeldrehzahl muss eine Zahl in U/min größer als 0 sein, nicht „%1“.</translation>
+    </message>
+    <message>
+        <source>--limits: the number of tool positions must be a whole number of at least 1, not “%1”.</source>
+        <translation>--limits: die Zahl der Werkzeugplätze muss eine ganze Zahl von mindestens 1 sein, nicht „%1“.</translation>
+    </message>
+    <message>
+        <source>--limits: the highest feed must be a number of mm/min greater than 0, not “%1”.</source>
+        <translation>--limits: der höchste Vorschub muss eine Zahl in mm/min größer als 0 sein, nicht „%1“.</translation>
     </message>
 </context>
 <context>

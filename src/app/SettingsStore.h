@@ -1,5 +1,7 @@
 #pragma once
 
+#include "gcode/MachineFit.h"
+
 #include <QByteArray>
 #include <QLatin1StringView>
 #include <QSettings>
@@ -20,6 +22,7 @@ inline constexpr QLatin1StringView uploadsKey{"uploads"};
 inline constexpr QLatin1StringView installIdentifierKey{"installIdentifier"};
 inline constexpr QLatin1StringView automaticUpdateChecksKey{"automaticUpdateChecks"};
 inline constexpr QLatin1StringView windowGeometryKey{"mainWindowGeometry"};
+inline constexpr QLatin1StringView machineLimitsKey{"machineLimits"};
 
 // Names an INI file that replaces the standard store, on every platform; tests and scripts use
 // it so that nothing touches the user's own settings.
@@ -35,6 +38,13 @@ void setInstallIdentifier(QSettings& store, const QString& identifier);
 
 QByteArray windowGeometry(const QSettings& store);
 void setWindowGeometry(QSettings& store, const QByteArray& geometry);
+
+// The limits the user gave the machine with this identity; nothing when none were given or
+// what is stored does not read as limits. Kept as one JSON object keyed by machine identity.
+std::optional<gcode::MachineLimits> machineLimits(QSettings& store, const QString& machineId);
+// Nothing forgets the machine's limits; the other machines' stay as they are.
+void setMachineLimits(QSettings& store, const QString& machineId,
+                      const std::optional<gcode::MachineLimits>& limits);
 
 // The format of every store that is a file: INI text, written whole to a temporary file that
 // replaces the store only once every byte of it is written, and never over anything but a
