@@ -990,6 +990,14 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <source>Select a discovered machine or enter its IP address.</source>
         <translation>Wählen Sie eine gefundene Maschine oder geben Sie ihre IP-Adresse ein.</translation>
     </message>
+    <message>
+        <source>Machine limits…</source>
+        <translation>Maschinengrenzen…</translation>
+    </message>
+    <message>
+        <source>Enter what this machine can do, so that each job is checked</source>
+        <translation>Geben Sie ein, was diese Maschine kann, damit jeder Auftrag geprüft wird</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::ui::ElidedLabel</name>
@@ -1067,6 +1075,14 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>The machine reported that it is busy.</source>
         <translation>Die Maschine hat gemeldet, dass sie belegt ist.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::JobFit</name>
+    <message>
+        <source>This job does not fit %1. %2</source>
+        <extracomment>The name of the machine, then the first reason why the job does not fit it.</extracomment>
+        <translation>Dieser Auftrag passt nicht auf %1. %2</translation>
     </message>
 </context>
 <context>
@@ -1242,6 +1258,81 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>Warnings not shown: %1.</source>
         <translation>Nicht angezeigte Warnungen: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::MachineLimitsDialog</name>
+    <message>
+        <source>Not set</source>
+        <translation>Nicht festgelegt</translation>
+    </message>
+    <message>
+        <source>Limits of %1</source>
+        <translation>Grenzen von %1</translation>
+    </message>
+    <message>
+        <source>Each job is checked against these numbers before it is sent. A field left at “Not set” is not checked.</source>
+        <translation>Jeder Auftrag wird vor dem Senden gegen diese Zahlen geprüft. Ein Feld, das auf „Nicht festgelegt“ bleibt, wird nicht geprüft.</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>mm</translation>
+    </message>
+    <message>
+        <source>Travel in &amp;X:</source>
+        <translation>Verfahrweg in &amp;X:</translation>
+    </message>
+    <message>
+        <source>Travel in &amp;Y:</source>
+        <translation>Verfahrweg in &amp;Y:</translation>
+    </message>
+    <message>
+        <source>Travel in &amp;Z:</source>
+        <translation>Verfahrweg in &amp;Z:</translation>
+    </message>
+    <message>
+        <source>Travel in X</source>
+        <translation>Verfahrweg in X</translation>
+    </message>
+    <message>
+        <source>Travel in Y</source>
+        <translation>Verfahrweg in Y</translation>
+    </message>
+    <message>
+        <source>Travel in Z</source>
+        <translation>Verfahrweg in Z</translation>
+    </message>
+    <message>
+        <source>Highest &amp;spindle speed:</source>
+        <translation>Höchste &amp;Spindeldrehzahl:</translation>
+    </message>
+    <message>
+        <source>Highest spindle speed</source>
+        <translation>Höchste Spindeldrehzahl</translation>
+    </message>
+    <message>
+        <source>rpm</source>
+        <translation>U/min</translation>
+    </message>
+    <message>
+        <source>&amp;Tool positions:</source>
+        <translation>&amp;Werkzeugplätze:</translation>
+    </message>
+    <message>
+        <source>Tool positions</source>
+        <translation>Werkzeugplätze</translation>
+    </message>
+    <message>
+        <source>Highest &amp;feed:</source>
+        <translation>Höchster &amp;Vorschub:</translation>
+    </message>
+    <message>
+        <source>Highest feed</source>
+        <translation>Höchster Vorschub</translation>
+    </message>
+    <message>
+        <source>mm/min</source>
+        <translation>mm/min</translation>
     </message>
 </context>
 <context>

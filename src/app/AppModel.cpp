@@ -238,8 +238,11 @@ void AppModel::setJobAnalyser(std::unique_ptr<JobAnalysing> analyser) {
 void AppModel::analyseSelectedFile() {
     // Deleting the running analysis ends it without a word, so only the new one reports.
     delete m_jobAnalysis;
-    if (m_jobAnalyser && m_selectedFile)
+    if (m_jobAnalyser && m_selectedFile) {
         m_jobAnalysis = m_jobAnalyser->analyse(*m_selectedFile, this);
+        // Its result serves the preview and the fit check until the next choice.
+        m_jobAnalysis->setAutoDelete(false);
+    }
     Q_EMIT jobAnalysisChanged();
 }
 
@@ -386,6 +389,19 @@ void AppModel::setCheckingConnection(bool checking) {
 
 void AppModel::setUploading(bool uploading) {
     assign(m_isUploading, uploading, &AppModel::isUploadingChanged);
+}
+
+std::optional<gcode::MachineLimits> AppModel::selectedMachineLimits() const {
+    if (!m_selectedMachine)
+        return std::nullopt;
+    return m_persistence->machineLimits(m_selectedMachine->id());
+}
+
+void AppModel::setSelectedMachineLimits(const std::optional<gcode::MachineLimits>& limits) {
+    if (!m_selectedMachine)
+        return;
+    m_persistence->setMachineLimits(m_selectedMachine->id(), limits);
+    Q_EMIT machineLimitsChanged();
 }
 
 } // namespace tarnwick

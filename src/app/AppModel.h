@@ -85,9 +85,13 @@ public:
 
     // The preview's reader of job files; without one no file is analysed.
     void setJobAnalyser(std::unique_ptr<JobAnalysing> analyser);
-    // The analysis of the selected file while it runs. A new choice replaces (and so ends) the
-    // previous one.
+    // The analysis of the selected file, running or ended, with its result once it has one. A
+    // new choice replaces (and so ends) the previous one.
     JobAnalysis* jobAnalysis() const { return m_jobAnalysis; }
+
+    // What the user entered of the selected machine's limits; nothing without either.
+    std::optional<gcode::MachineLimits> selectedMachineLimits() const;
+    void setSelectedMachineLimits(const std::optional<gcode::MachineLimits>& limits);
 
     AppPersistence& persistence() { return *m_persistence; }
     // The time that upload records and the duplicate window are measured with.
@@ -115,6 +119,7 @@ Q_SIGNALS:
     void isMachineListFullChanged();
     void isSelectedMachineBusyChanged();
     void jobAnalysisChanged();
+    void machineLimitsChanged();
 
 private:
     void restoreRecentFiles();

@@ -159,6 +159,15 @@ void AppPersistence::setRecentFiles(const QList<JobFile>& files) {
     encode(*m_store, listToJson(files), recentFilesKey);
 }
 
+std::optional<gcode::MachineLimits> AppPersistence::machineLimits(const QString& machineId) const {
+    return settings::machineLimits(*m_store, machineId);
+}
+
+void AppPersistence::setMachineLimits(const QString& machineId,
+                                      const std::optional<gcode::MachineLimits>& limits) {
+    settings::setMachineLimits(*m_store, machineId, limits);
+}
+
 QList<UploadRecord> AppPersistence::uploadRecords() const {
     return listFromJson<UploadRecord>(decode(*m_store, uploadsKey)).value_or(QList<UploadRecord>());
 }

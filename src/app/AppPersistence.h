@@ -4,6 +4,7 @@
 #include "app/JobFile.h"
 #include "app/Machine.h"
 #include "app/UploadRecord.h"
+#include "gcode/MachineFit.h"
 
 #include <QJsonValue>
 #include <QList>
@@ -34,6 +35,10 @@ public:
 
     QList<JobFile> recentFiles() const;
     void setRecentFiles(const QList<JobFile>& files);
+
+    std::optional<gcode::MachineLimits> machineLimits(const QString& machineId) const;
+    void setMachineLimits(const QString& machineId,
+                          const std::optional<gcode::MachineLimits>& limits);
 
     // Newest first.
     QList<UploadRecord> uploadRecords() const;

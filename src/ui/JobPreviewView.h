@@ -29,6 +29,8 @@ private:
     void follow(JobAnalysis* analysis);
     void showStatus(const QString& text);
     void showResult();
+    // The analysis' warnings, after every reason why the job does not fit the selected machine.
+    void showWarnings();
 
     AppModel& m_model;
     QPointer<JobAnalysis> m_analysis;
@@ -38,6 +40,7 @@ private:
     QTimer* m_progressDelay;
     QWidget* m_details;
     QFormLayout* m_facts;
+    QLabel* m_fit;
     QLabel* m_warnings;
 };
 

@@ -4,9 +4,13 @@
 #include "ui/FileJobAnalyser.h"
 #include "ui/JobPreviewTexts.h"
 #include "ui/JobPreviewView.h"
+#include "ui/MachineLimitsDialog.h"
 #include "ui/Style.h"
 #include "ui/ToolpathRaster.h"
+#include "ui/UploadConfirmationView.h"
 
+#include <QDoubleSpinBox>
+#include <QPushButton>
 #include <QTest>
 
 using namespace tarnwick;
@@ -144,6 +148,49 @@ private Q_SLOTS:
         h.model->chooseFile(*h.model->selectedFile());
         QTRY_VERIFY(
             shownText(&view, u"previewStatus"_s).startsWith(u"The file could not be read: "_s));
+    }
+
+    // Limits entered for one machine are kept by its identity; the preview and the sheet then
+    // say in one line that the job does not fit it, and Upload stays enabled.
+    void saysWhenTheJobDoesNotFitTheMachine() {
+        WindowHarness h;
+        h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
+        QVERIFY(h.show());
+        const Machine mill = ModelHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
+        h.selectFound(mill);
+        QTest::mouseClick(child<QPushButton>(&h.window, u"machineLimitsButton"_s), Qt::LeftButton);
+        auto* dialog = waitForWindow<MachineLimitsDialog>(u"machineLimits"_s);
+        QVERIFY(dialog);
+        child<QDoubleSpinBox>(dialog, u"travelX"_s)->setValue(360);
+        child<QDoubleSpinBox>(dialog, u"travelY"_s)->setValue(200);
+        auto* save = child<QPushButton>(dialog, u"saveLimitsButton"_s);
+        QVERIFY(!save->isEnabled());
+        child<QDoubleSpinBox>(dialog, u"travelZ"_s)->setValue(100);
+        child<QSpinBox>(dialog, u"toolPositions"_s)->setValue(6);
+        QTest::mouseClick(save, Qt::LeftButton);
+        QCOMPARE(h.model->persistence().machineLimits(mill.id()),
+                 std::optional(gcode::MachineLimits{{360, 200, 100}, {}, 6, {}}));
+
+        const QString span = u"The cuts span 412.0 mm in X; this machine travels 360.0 mm."_s;
+        h.model->chooseFile(
+            JobFile::fromUrl(
+                writeFile(h.dir, u"wide.nc"_s, "G21 T7 M6 S9000 M3\nG0 X0 Y0 Z0\nG1 X412 F500\n"))
+                .value());
+        QTRY_COMPARE(shownText(&h.window, u"previewFit"_s),
+                     u"This job does not fit Bench Mill. "_s + span);
+        QCOMPARE(shownText(&h.window, u"previewWarnings"_s),
+                 span + u"\nThe job uses tool T7; this machine's tool changer goes up to T6."_s);
+        h.model->prepareUpload();
+        auto* sheet = waitForWindow<UploadConfirmationView>(u"uploadConfirmation"_s);
+        QVERIFY(sheet);
+        QCOMPARE(shownText(sheet, u"sheetFit"_s), u"This job does not fit Bench Mill. "_s + span);
+        QVERIFY(child<QPushButton>(sheet, u"uploadButton"_s)->isEnabled());
+        sheet->reject();
+
+        // Another machine has no limits, so nothing is checked.
+        h.selectFound(ModelHarness::machine(u"Lathe"_s, u"10.0.0.8"_s));
+        QCOMPARE(shownText(&h.window, u"previewFit"_s) + shownText(&h.window, u"previewWarnings"_s),
+                 u"<0 shown><0 shown>"_s);
     }
 };
 
