@@ -1471,6 +1471,17 @@ Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse h
     </message>
 </context>
 <context>
+    <name>tarnwick::ui::ToolpathView</name>
+    <message>
+        <source>Toolpath</source>
+        <translation>Werkzeugweg</translation>
+    </message>
+    <message>
+        <source>Zoom with the wheel, +, − or a pinch; drag or use the arrows to move; double-click or press 0 to see the whole job.</source>
+        <translation>Zoomen mit dem Mausrad, +, − oder einer Fingergeste; ziehen oder die Pfeiltasten zum Verschieben; Doppelklick oder 0 zeigt den ganzen Auftrag.</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::ui::TransferCard</name>
     <message>
         <source>Transfer progress</source>

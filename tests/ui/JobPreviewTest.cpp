@@ -7,6 +7,7 @@
 #include "ui/MachineLimitsDialog.h"
 #include "ui/Style.h"
 #include "ui/ToolpathRaster.h"
+#include "ui/ToolpathView.h"
 #include "ui/UploadConfirmationView.h"
 
 #include <QDoubleSpinBox>
@@ -91,6 +92,55 @@ private Q_SLOTS:
                                                Qt::red, Qt::gray);
         for (const QPointF& point : drawn)
             QCOMPARE(image.pixelColor(toPixels.map(point).toPoint()), QColor(Qt::red));
+    }
+
+    // The point under the cursor stays there as the view zooms and pans; a double click fits the
+    // whole path again, and the keys zoom and pan about the centre.
+    void zoomsAndPansAboutTheCursor() {
+        gcode::GcodeAnalyser analyser;
+        const QByteArray program = "G21 M3 S1000 F100\nG0 X0 Y0 Z1\nG1 X100 Y60\nG1 X0\n";
+        analyser.feed(program.constData(), program.size());
+        analyser.finish();
+        ToolpathView view;
+        view.resize(400, 300);
+        view.setPath(analyser.sketch().vertices());
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        const QPointF corner(100, 60);
+        const QPointF fitted = view.mapFromPath(corner);
+        const auto drawnAt = [&](QPointF position) {
+            return view.grab().toImage().pixelColor(position.toPoint()) == style::accent(&view);
+        };
+        QVERIFY(drawnAt(fitted));
+
+        const qreal reach = QLineF(view.mapFromPath({}), fitted).length();
+        QWheelEvent wheel(fitted, view.mapToGlobal(fitted), {}, {0, 480}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&view, &wheel);
+        QCOMPARE(view.mapFromPath(corner), fitted);
+        QVERIFY(QLineF(view.mapFromPath({}), fitted).length() > 1.9 * reach);
+        QVERIFY(drawnAt(fitted));
+
+        const QPoint target(120, 200);
+        QTest::mousePress(&view, Qt::LeftButton, {}, fitted.toPoint());
+        QTest::mouseMove(&view, target);
+        QTest::mouseRelease(&view, Qt::LeftButton, {}, target);
+        // The mouse moves in whole pixels.
+        const QPointF dragged = target + fitted - fitted.toPoint();
+        QCOMPARE(view.mapFromPath(corner), dragged);
+        QVERIFY(drawnAt(dragged));
+
+        QTest::mouseDClick(&view, Qt::LeftButton, {}, target);
+        QCOMPARE(view.mapFromPath(corner), fitted);
+
+        const QPointF centre(200, 150);
+        const QPointF middle = view.mapToPath(centre);
+        QTest::keyClick(&view, Qt::Key_Plus);
+        QCOMPARE(view.mapFromPath(middle), centre);
+        QTest::keyClick(&view, Qt::Key_Left);
+        QCOMPARE(view.mapFromPath(middle), centre + QPointF(40, 0));
+        QTest::keyClick(&view, Qt::Key_0);
+        QCOMPARE(view.mapFromPath(corner), fitted);
     }
 
     void roundsTheTime() {
