@@ -1473,12 +1473,29 @@ Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse h
 <context>
     <name>tarnwick::ui::ToolpathView</name>
     <message>
-        <source>Toolpath</source>
-        <translation>Werkzeugweg</translation>
-    </message>
-    <message>
         <source>Zoom with the wheel, +, − or a pinch; drag or use the arrows to move; double-click or press 0 to see the whole job.</source>
         <translation>Zoomen mit dem Mausrad, +, − oder einer Fingergeste; ziehen oder die Pfeiltasten zum Verschieben; Doppelklick oder 0 zeigt den ganzen Auftrag.</translation>
+    </message>
+    <message>
+        <source>Toolpath from above</source>
+        <translation>Werkzeugweg von oben</translation>
+    </message>
+    <message>
+        <source>Toolpath from the front</source>
+        <translation>Werkzeugweg von vorn</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <extracomment>A height and its unit, at the deep end of the depth legend.</extracomment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>in</source>
+        <translation>in</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>mm</translation>
     </message>
 </context>
 <context>

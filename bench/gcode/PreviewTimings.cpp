@@ -41,8 +41,8 @@ std::vector<gcode::PathSketch::Vertex> fullSketch() {
     for (int index = 0; index < gcode::PathSketch::defaultBudget; ++index) {
         const auto stroke =
             index % 7 ? gcode::PathSketch::Stroke::Cut : gcode::PathSketch::Stroke::Rapid;
-        vertices.push_back(
-            {float(200 * std::sin(index * 0.37)), float(index % 1500 * 0.1), stroke});
+        vertices.push_back({float(200 * std::sin(index * 0.37)), float(index % 1500 * 0.1),
+                            float(-index % 50 * 0.1), stroke});
     }
     return vertices;
 }
@@ -146,7 +146,9 @@ int main(int argc, char* argv[]) {
             QObject::connect(analysis, &Operation::finished, &loop, [&] {
                 const auto result = analysis->result().value<ui::JobAnalysisResult>();
                 ui::JobPreviewTexts::rows(result->summary);
-                view.setPath(result->sketch);
+                const auto& cutting = result->summary.cutting;
+                view.setPath(result->sketch,
+                             {cutting ? cutting->max.z : 0, cutting ? cutting->min.z : 0});
                 view.grab();
                 loop.quit();
             });

@@ -30,7 +30,8 @@ constexpr int shownWarnings = 6;
 JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
-    , m_toolpath(new ToolpathView(this))
+    , m_toolpath(new ToolpathView(ToolpathView::Projection::Top, this))
+    , m_side(new ToolpathView(ToolpathView::Projection::Side, this))
     , m_status(new QLabel(this))
     , m_progress(new QProgressBar(this))
     , m_progressDelay(new QTimer(this))
@@ -40,6 +41,7 @@ JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
     , m_warnings(new QLabel(this)) {
     setObjectName(QStringLiteral("jobPreview"));
     m_toolpath->setObjectName(QStringLiteral("toolpath"));
+    m_side->setObjectName(QStringLiteral("sideView"));
     m_status->setObjectName(QStringLiteral("previewStatus"));
     m_status->setWordWrap(true);
     style::makeSecondary(m_status);
@@ -79,7 +81,12 @@ JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(16);
-    layout->addWidget(m_toolpath, 3);
+    // The front view under the view from above, as in a drawing, sharing its width.
+    auto* views = new QVBoxLayout;
+    views->setSpacing(8);
+    views->addWidget(m_toolpath, 3);
+    views->addWidget(m_side, 1);
+    layout->addLayout(views, 3);
     layout->addLayout(side, 2);
 
     connect(&m_model, &AppModel::jobAnalysisChanged, this,
@@ -92,6 +99,7 @@ JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
 void JobPreviewView::follow(JobAnalysis* analysis) {
     m_analysis = analysis;
     m_toolpath->setPath({});
+    m_side->setPath({});
     m_progress->hide();
     m_progress->setValue(0);
     m_progressDelay->stop();
@@ -137,7 +145,12 @@ void JobPreviewView::showResult() {
         m_facts->addRow(label, value);
     }
     showWarnings();
-    m_toolpath->setPath(result->sketch);
+    PathDepths depths;
+    if (summary.cutting)
+        depths = {summary.cutting->max.z, summary.cutting->min.z,
+                  summary.units == gcode::Units::Inches};
+    m_toolpath->setPath(result->sketch, depths);
+    m_side->setPath(result->side, depths);
     m_status->hide();
     m_details->show();
 }

@@ -17,8 +17,8 @@ namespace tarnwick::ui {
 
 class ToolpathView;
 
-// What the selected job file will do: its toolpath from above beside its extents, units,
-// tools, time and warnings. It follows the model's analysis of the selected file.
+// What the selected job file will do: its toolpath from above and from the front beside its
+// extents, units, tools, time and warnings. It follows the model's analysis of the selected file.
 class JobPreviewView : public QWidget {
     Q_OBJECT
 
@@ -35,6 +35,7 @@ private:
     AppModel& m_model;
     QPointer<JobAnalysis> m_analysis;
     ToolpathView* m_toolpath;
+    ToolpathView* m_side;
     QLabel* m_status;
     QProgressBar* m_progress;
     QTimer* m_progressDelay;

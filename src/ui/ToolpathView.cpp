@@ -1,10 +1,14 @@
 #include "ui/ToolpathView.h"
 
+#include "gcode/JobSummary.h"
 #include "ui/Style.h"
 #include "ui/ToolpathRaster.h"
 
 #include <QEvent>
+#include <QFontMetricsF>
 #include <QKeyEvent>
+#include <QLinearGradient>
+#include <QLocale>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPainter>
@@ -43,19 +47,23 @@ QRectF boundsWithOrigin(const std::vector<Vertex>& vertices) {
 
 } // namespace
 
-ToolpathView::ToolpathView(QWidget* parent)
-    : QWidget(parent) {
-    setMinimumSize(160, 120);
+ToolpathView::ToolpathView(Projection projection, QWidget* parent)
+    : QWidget(parent)
+    , m_projection(projection) {
+    setMinimumSize(160, projection == Projection::Top ? 120 : 60);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::OpenHandCursor);
-    setAccessibleName(tr("Toolpath"));
+    setAccessibleName(projection == Projection::Top ? tr("Toolpath from above")
+                                                    : tr("Toolpath from the front"));
     setToolTip(tr("Zoom with the wheel, +, − or a pinch; drag or use the arrows to move; "
                   "double-click or press 0 to see the whole job."));
 }
 
-void ToolpathView::setPath(std::vector<gcode::PathSketch::Vertex> vertices) {
+void ToolpathView::setPath(std::vector<gcode::PathSketch::Vertex> vertices,
+                           const PathDepths& depths) {
     m_vertices = std::move(vertices);
+    m_depths = depths;
     m_bounds = boundsWithOrigin(m_vertices);
     m_view = {};
     m_drawing = {};
@@ -66,12 +74,15 @@ QTransform ToolpathView::fitted() const {
     const QRectF area = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
     // A path along one axis still gets a scale from the other.
     const qreal span = std::max({m_bounds.width(), m_bounds.height(), 1e-6});
-    const qreal scale = std::min(area.width() / std::max(m_bounds.width(), span * 1e-3),
-                                 area.height() / std::max(m_bounds.height(), span * 1e-3));
+    const qreal scaleX = area.width() / std::max(m_bounds.width(), span * 1e-3);
+    const qreal scaleY = area.height() / std::max(m_bounds.height(), span * 1e-3);
+    // A side view is mostly much wider than deep: its depth is stretched to be seen.
+    const qreal scale = std::min(scaleX, scaleY);
+    const bool stretched = m_projection == Projection::Side;
     // Centred, with y growing upwards as on the machine's table.
     QTransform toWidget;
     toWidget.translate(area.center().x(), area.center().y());
-    toWidget.scale(scale, -scale);
+    toWidget.scale(stretched ? scaleX : scale, -(stretched ? scaleY : scale));
     toWidget.translate(-m_bounds.center().x(), -m_bounds.center().y());
     return toWidget;
 }
@@ -212,9 +223,11 @@ void ToolpathView::paintEvent(QPaintEvent*) {
 void ToolpathView::render() {
     const qreal ratio = devicePixelRatioF();
     const QTransform toWidget = fitted() * m_view;
-    m_drawing = QPixmap::fromImage(rasteriseToolpath(
-        m_vertices, toWidget * QTransform::fromScale(ratio, ratio), size() * ratio,
-        style::accent(this), style::withAlpha(style::secondaryText(this), 0.55)));
+    const PathColours colours(style::accent(this), style::secondaryText(this),
+                              style::panelFill(this));
+    m_drawing = QPixmap::fromImage(
+        rasteriseToolpath(m_vertices, toWidget * QTransform::fromScale(ratio, ratio),
+                          size() * ratio, colours, m_depths.top, m_depths.bottom));
     m_drawing.setDevicePixelRatio(ratio);
 
     QPainter painter(&m_drawing);
@@ -224,6 +237,44 @@ void ToolpathView::render() {
     painter.drawLine(origin - QPointF(originSize, 0), origin + QPointF(originSize, 0));
     painter.drawLine(origin - QPointF(0, originSize), origin + QPointF(0, originSize));
     painter.drawEllipse(origin, originSize / 2, originSize / 2);
+    if (m_projection == Projection::Top && m_depths.top > m_depths.bottom)
+        drawLegend(painter, colours);
+}
+
+// In the corner: the shallowest cut's height, the scale of colours, the deepest cut's.
+void ToolpathView::drawLegend(QPainter& painter, const PathColours& colours) const {
+    const QLocale locale;
+    const auto level = [&](double mm) {
+        return m_depths.inches ? locale.toString(mm / gcode::mmPerInch, 'f', 3)
+                               : locale.toString(mm, 'f', 1);
+    };
+    const QString shallow = level(m_depths.top);
+    //: A height and its unit, at the deep end of the depth legend.
+    const QString deep =
+        tr("%1 %2").arg(level(m_depths.bottom), m_depths.inches ? tr("in") : tr("mm"));
+    painter.setFont(style::font(style::TextStyle::Caption, this));
+    const QFontMetricsF metrics(painter.font());
+    const qreal barWidth = 64;
+    const qreal barHeight = 6;
+    const qreal gap = 6;
+    const qreal textHeight = metrics.height();
+    const qreal total =
+        metrics.horizontalAdvance(shallow) + gap + barWidth + gap + metrics.horizontalAdvance(deep);
+    QPointF at(width() - 6 - total, height() - 6 - textHeight);
+    painter.fillRect(QRectF(at - QPointF(4, 2), QSizeF(total + 8, textHeight + 4)),
+                     style::withAlpha(colours.background(), 0.85));
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(QRectF(at, QSizeF(metrics.horizontalAdvance(shallow), textHeight)),
+                     Qt::AlignVCenter, shallow);
+    at.rx() += metrics.horizontalAdvance(shallow) + gap;
+    QLinearGradient scale(at, at + QPointF(barWidth, 0));
+    for (const double stop : {0.0, 0.5, 1.0})
+        scale.setColorAt(stop, colours.depth(stop));
+    painter.fillRect(
+        QRectF(at + QPointF(0, (textHeight - barHeight) / 2), QSizeF(barWidth, barHeight)), scale);
+    at.rx() += barWidth + gap;
+    painter.drawText(QRectF(at, QSizeF(metrics.horizontalAdvance(deep) + 1, textHeight)),
+                     Qt::AlignVCenter, deep);
 }
 
 } // namespace tarnwick::ui

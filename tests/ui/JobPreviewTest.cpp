@@ -5,6 +5,7 @@
 #include "ui/JobPreviewTexts.h"
 #include "ui/JobPreviewView.h"
 #include "ui/MachineLimitsDialog.h"
+#include "ui/PathColours.h"
 #include "ui/Style.h"
 #include "ui/ToolpathRaster.h"
 #include "ui/ToolpathView.h"
@@ -88,10 +89,53 @@ private Q_SLOTS:
         analyser.finish();
         QTransform toPixels;
         toPixels.translate(10, 10).scale(2, 2);
-        const QImage image = rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 100},
-                                               Qt::red, Qt::gray);
+        // Red stays red over white, and one depth colours every cut.
+        const PathColours colours(Qt::red, Qt::gray, Qt::white);
+        const QImage image =
+            rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 100}, colours, 0, 0);
         for (const QPointF& point : drawn)
             QCOMPARE(image.pixelColor(toPixels.map(point).toPoint()), QColor(Qt::red));
+    }
+
+    // The shallowest cut takes one end of the scale and the deepest the other.
+    void coloursCutsByDepth() {
+        gcode::GcodeAnalyser analyser;
+        const QByteArray program =
+            "G21 M3 F100\nG0 X0 Y0 Z0\nG1 X40\nG0 Z5\nG0 Y20\nG1 Z-5\nG1 X0\n";
+        analyser.feed(program.constData(), program.size());
+        analyser.finish();
+        QTransform toPixels;
+        toPixels.translate(10, 10).scale(2, 2);
+        const PathColours colours(QColor(0x0a84ff), Qt::gray, QColor(0x323232));
+        const QImage image =
+            rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 80}, colours, 0, -5);
+        QCOMPARE(image.pixelColor(toPixels.map(QPointF(20, 0)).toPoint()), colours.depth(0));
+        QCOMPARE(image.pixelColor(toPixels.map(QPointF(20, 20)).toPoint()), colours.depth(1));
+        QVERIFY(colours.depth(0) != colours.depth(1));
+    }
+
+    // Cuts at both ends of the depth scale and rapid moves stand out from the background by at
+    // least 3:1, whatever the palette's own accent and secondary colours.
+    void keepsTheContrast_data() {
+        QTest::addColumn<QColor>("accent");
+        QTest::addColumn<QColor>("secondary");
+        QTest::addColumn<QColor>("background");
+        QTest::newRow("dark") << QColor(0x0a84ff) << QColor(0x8d8d93) << QColor(0x323232);
+        QTest::newRow("dark, dim accent")
+            << QColor(0x1d3b8a) << QColor(0x5a5a5a) << QColor(0x3a3a3a);
+        QTest::newRow("light") << QColor(0x007aff) << QColor(0x8a8a8e) << QColor(Qt::white);
+        QTest::newRow("light, pale accent")
+            << QColor(0x9ad0ff) << QColor(0xc8c8c8) << QColor(0xf4f4f4);
+    }
+    void keepsTheContrast() {
+        QFETCH(QColor, accent);
+        QFETCH(QColor, secondary);
+        QFETCH(QColor, background);
+        QCOMPARE(contrastRatio(Qt::black, Qt::white), 21.0);
+        const PathColours colours(accent, secondary, background);
+        for (const QColor& colour :
+             {colours.depth(0), colours.depth(0.5), colours.depth(1), colours.rapid()})
+            QVERIFY2(contrastRatio(colour, background) >= 3, qPrintable(colour.name()));
     }
 
     // The point under the cursor stays there as the view zooms and pans; a double click fits the
@@ -109,7 +153,10 @@ private Q_SLOTS:
         const QPointF corner(100, 60);
         const QPointF fitted = view.mapFromPath(corner);
         const auto drawnAt = [&](QPointF position) {
-            return view.grab().toImage().pixelColor(position.toPoint()) == style::accent(&view);
+            return view.grab().toImage().pixelColor(position.toPoint()) ==
+                   PathColours(style::accent(&view), style::secondaryText(&view),
+                               style::panelFill(&view))
+                       .depth(0);
         };
         QVERIFY(drawnAt(fitted));
 
@@ -150,8 +197,8 @@ private Q_SLOTS:
             QCOMPARE(JobPreviewTexts::duration(seconds, english), QString::fromLatin1(text));
     }
 
-    // The view follows each new choice; the path is drawn in the accent colour, and long rows
-    // keep to the window's width.
+    // The view follows each new choice; the path is drawn from above and from the front, and long
+    // rows keep to the window's width.
     void followsTheChosenFile() {
         ModelHarness h;
         h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
@@ -173,12 +220,18 @@ private Q_SLOTS:
         QCOMPARE(shownText(&view, u"previewWarnings"_s),
                  JobPreviewTexts::partialNote() +
                      u"\nLine 4: O is not supported, so the analysis is partial."_s);
-        const QImage drawing = view.findChild<QWidget*>(u"toolpath"_s)->grab().toImage();
-        bool accent = false;
-        for (int y = 0; y < drawing.height() && !accent; ++y)
-            for (int x = 0; x < drawing.width() && !accent; ++x)
-                accent = drawing.pixelColor(x, y) == style::accent(&view);
-        QVERIFY(accent);
+        // Every cut is as deep as the shallowest, from above and from the front.
+        const QColor shallow =
+            PathColours(style::accent(&view), style::secondaryText(&view), style::panelFill(&view))
+                .depth(0);
+        for (const QString& name : {u"toolpath"_s, u"sideView"_s}) {
+            const QImage drawing = view.findChild<QWidget*>(name)->grab().toImage();
+            bool drawn = false;
+            for (int y = 0; y < drawing.height() && !drawn; ++y)
+                for (int x = 0; x < drawing.width() && !drawn; ++x)
+                    drawn = drawing.pixelColor(x, y) == shallow;
+            QVERIFY2(drawn, qPrintable(name));
+        }
 
         // Twenty tools elide, whole in the tooltip, and never widen the window.
         const int least = view.minimumSizeHint().width();
