@@ -31,6 +31,13 @@ QString facts(const QList<JobPreviewTexts::Row>& rows) {
     return lines.join(u'\n');
 }
 
+// The colour of the shallowest cut in the widget's palette.
+QColor shallowest(const QWidget* widget) {
+    return PathColours(style::accent(widget), style::secondaryText(widget),
+                       style::panelFill(widget))
+        .depth(0);
+}
+
 } // namespace
 
 class JobPreviewTest : public QObject {
@@ -153,10 +160,7 @@ private Q_SLOTS:
         const QPointF corner(100, 60);
         const QPointF fitted = view.mapFromPath(corner);
         const auto drawnAt = [&](QPointF position) {
-            return view.grab().toImage().pixelColor(position.toPoint()) ==
-                   PathColours(style::accent(&view), style::secondaryText(&view),
-                               style::panelFill(&view))
-                       .depth(0);
+            return view.grab().toImage().pixelColor(position.toPoint()) == shallowest(&view);
         };
         QVERIFY(drawnAt(fitted));
 
@@ -221,9 +225,7 @@ private Q_SLOTS:
                  JobPreviewTexts::partialNote() +
                      u"\nLine 4: O is not supported, so the analysis is partial."_s);
         // Every cut is as deep as the shallowest, from above and from the front.
-        const QColor shallow =
-            PathColours(style::accent(&view), style::secondaryText(&view), style::panelFill(&view))
-                .depth(0);
+        const QColor shallow = shallowest(&view);
         for (const QString& name : {u"toolpath"_s, u"sideView"_s}) {
             const QImage drawing = view.findChild<QWidget*>(name)->grab().toImage();
             bool drawn = false;
