@@ -391,16 +391,18 @@ void AppModel::setUploading(bool uploading) {
     assign(m_isUploading, uploading, &AppModel::isUploadingChanged);
 }
 
-std::optional<gcode::MachineLimits> AppModel::selectedMachineLimits() const {
-    if (!m_selectedMachine)
-        return std::nullopt;
-    return m_persistence->machineLimits(m_selectedMachine->id());
+QJsonObject AppModel::selectedMachineLimits() const {
+    return m_selectedMachine ? m_persistence->machineLimits(m_selectedMachine->id())
+                             : QJsonObject();
 }
 
-void AppModel::setSelectedMachineLimits(const std::optional<gcode::MachineLimits>& limits) {
+void AppModel::setSelectedMachineLimits(const QJsonObject& limits) {
     if (!m_selectedMachine)
         return;
-    m_persistence->setMachineLimits(m_selectedMachine->id(), limits);
+    if (const std::optional<Error> error =
+            m_persistence->setMachineLimits(m_selectedMachine->id(), limits))
+        setErrorMessage(
+            tr("The machine's limits could not be saved: %1").arg(error->description()));
     Q_EMIT machineLimitsChanged();
 }
 

@@ -89,9 +89,10 @@ public:
     // new choice replaces (and so ends) the previous one.
     JobAnalysis* jobAnalysis() const { return m_jobAnalysis; }
 
-    // What the user entered of the selected machine's limits; nothing without either.
-    std::optional<gcode::MachineLimits> selectedMachineLimits() const;
-    void setSelectedMachineLimits(const std::optional<gcode::MachineLimits>& limits);
+    // What the user entered of the selected machine's limits, as the fit check reads them; empty
+    // without either. A failure to keep them is shown as the error message.
+    QJsonObject selectedMachineLimits() const;
+    void setSelectedMachineLimits(const QJsonObject& limits);
 
     AppPersistence& persistence() { return *m_persistence; }
     // The time that upload records and the duplicate window are measured with.

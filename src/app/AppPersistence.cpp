@@ -159,13 +159,19 @@ void AppPersistence::setRecentFiles(const QList<JobFile>& files) {
     encode(*m_store, listToJson(files), recentFilesKey);
 }
 
-std::optional<gcode::MachineLimits> AppPersistence::machineLimits(const QString& machineId) const {
+QJsonObject AppPersistence::machineLimits(const QString& machineId) const {
     return settings::machineLimits(*m_store, machineId);
 }
 
-void AppPersistence::setMachineLimits(const QString& machineId,
-                                      const std::optional<gcode::MachineLimits>& limits) {
+std::optional<Error> AppPersistence::setMachineLimits(const QString& machineId,
+                                                      const QJsonObject& limits) {
+    const QString lockPath = settings::writeLockPath(*m_store);
+    QDir().mkpath(QFileInfo(lockPath).absolutePath());
+    QLockFile lock(lockPath);
+    if (!lockWithin(lock, m_lockWait))
+        return lockError(lock, lockPath, m_store->fileName());
     settings::setMachineLimits(*m_store, machineId, limits);
+    return statusError(*m_store);
 }
 
 QList<UploadRecord> AppPersistence::uploadRecords() const {

@@ -4,8 +4,8 @@
 #include "app/JobFile.h"
 #include "app/Machine.h"
 #include "app/UploadRecord.h"
-#include "gcode/MachineFit.h"
 
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QList>
 #include <QSettings>
@@ -36,9 +36,11 @@ public:
     QList<JobFile> recentFiles() const;
     void setRecentFiles(const QList<JobFile>& files);
 
-    std::optional<gcode::MachineLimits> machineLimits(const QString& machineId) const;
-    void setMachineLimits(const QString& machineId,
-                          const std::optional<gcode::MachineLimits>& limits);
+    // A machine's limits as the fit check reads them; empty when none were given.
+    QJsonObject machineLimits(const QString& machineId) const;
+    // Under the store's write lock, since all machines' limits are one document; a PlatformError
+    // of the file domain when it could not be taken, and then nothing is written.
+    std::optional<Error> setMachineLimits(const QString& machineId, const QJsonObject& limits);
 
     // Newest first.
     QList<UploadRecord> uploadRecords() const;

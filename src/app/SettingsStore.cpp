@@ -8,12 +8,9 @@
 #include <QFile>
 #include <QFileDevice>
 #include <QFileInfo>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <algorithm>
-#include <cmath>
 #include <optional>
 
 namespace tarnwick {
@@ -32,45 +29,10 @@ bool isReadableFile(const QString& path) {
     return !file.exists() || (file.open(QIODevice::ReadOnly) && parseIniText(file.readAll()));
 }
 
-constexpr QLatin1StringView travelField{"travel"};
-constexpr QLatin1StringView spindleField{"highestSpindleRpm"};
-constexpr QLatin1StringView toolsField{"toolPositions"};
-constexpr QLatin1StringView feedField{"highestFeed"};
-
 QJsonObject storedLimits(QSettings& store) {
     // The app in another window may have written since the last read.
     store.sync();
     return QJsonDocument::fromJson(store.value(machineLimitsKey).toByteArray()).object();
-}
-
-bool isPositive(const QJsonValue& value) {
-    return value.isDouble() && value.toDouble() > 0 && std::isfinite(value.toDouble());
-}
-
-std::optional<gcode::MachineLimits> limitsFromJson(const QJsonObject& json) {
-    const QJsonArray travel = json.value(travelField).toArray();
-    if (travel.size() != 3 || !std::all_of(travel.begin(), travel.end(), isPositive))
-        return std::nullopt;
-    gcode::MachineLimits limits{
-        {travel[0].toDouble(), travel[1].toDouble(), travel[2].toDouble()}, {}, {}, {}};
-    if (isPositive(json.value(spindleField)))
-        limits.highestSpindleRpm = json.value(spindleField).toDouble();
-    if (isPositive(json.value(toolsField)))
-        limits.toolPositions = json.value(toolsField).toInt();
-    if (isPositive(json.value(feedField)))
-        limits.highestFeed = json.value(feedField).toDouble();
-    return limits;
-}
-
-QJsonObject limitsToJson(const gcode::MachineLimits& limits) {
-    QJsonObject json{{travelField, QJsonArray{limits.travel.x, limits.travel.y, limits.travel.z}}};
-    if (limits.highestSpindleRpm)
-        json.insert(spindleField, *limits.highestSpindleRpm);
-    if (limits.toolPositions)
-        json.insert(toolsField, *limits.toolPositions);
-    if (limits.highestFeed)
-        json.insert(feedField, *limits.highestFeed);
-    return json;
 }
 
 bool readStoreFile(QIODevice& device, QSettings::SettingsMap& values) {
@@ -153,17 +115,16 @@ void setWindowGeometry(QSettings& store, const QByteArray& geometry) {
     store.setValue(windowGeometryKey, geometry);
 }
 
-std::optional<gcode::MachineLimits> machineLimits(QSettings& store, const QString& machineId) {
-    return limitsFromJson(storedLimits(store).value(machineId).toObject());
+QJsonObject machineLimits(QSettings& store, const QString& machineId) {
+    return storedLimits(store).value(machineId).toObject();
 }
 
-void setMachineLimits(QSettings& store, const QString& machineId,
-                      const std::optional<gcode::MachineLimits>& limits) {
+void setMachineLimits(QSettings& store, const QString& machineId, const QJsonObject& limits) {
     QJsonObject all = storedLimits(store);
-    if (limits)
-        all.insert(machineId, limitsToJson(*limits));
-    else
+    if (limits.isEmpty())
         all.remove(machineId);
+    else
+        all.insert(machineId, limits);
     if (all.isEmpty())
         store.remove(machineLimitsKey);
     else

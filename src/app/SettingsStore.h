@@ -1,8 +1,7 @@
 #pragma once
 
-#include "gcode/MachineFit.h"
-
 #include <QByteArray>
+#include <QJsonObject>
 #include <QLatin1StringView>
 #include <QSettings>
 #include <QString>
@@ -39,12 +38,13 @@ void setInstallIdentifier(QSettings& store, const QString& identifier);
 QByteArray windowGeometry(const QSettings& store);
 void setWindowGeometry(QSettings& store, const QByteArray& geometry);
 
-// The limits the user gave the machine with this identity; nothing when none were given or
-// what is stored does not read as limits. Kept as one JSON object keyed by machine identity.
-std::optional<gcode::MachineLimits> machineLimits(QSettings& store, const QString& machineId);
-// Nothing forgets the machine's limits; the other machines' stay as they are.
-void setMachineLimits(QSettings& store, const QString& machineId,
-                      const std::optional<gcode::MachineLimits>& limits);
+// The limits the user gave the machine with this identity, as the JSON object the fit check
+// reads; empty when none were given. All machines' are kept in one JSON object keyed by
+// machine identity.
+QJsonObject machineLimits(QSettings& store, const QString& machineId);
+// An empty object forgets the machine's limits; the other machines' stay as they are. The caller
+// holds the store's write lock.
+void setMachineLimits(QSettings& store, const QString& machineId, const QJsonObject& limits);
 
 // The format of every store that is a file: INI text, written whole to a temporary file that
 // replaces the store only once every byte of it is written, and never over anything but a

@@ -192,7 +192,7 @@ int InspectCommand::run(const QCommandLineParser& parser) {
         const std::optional<Machine> machine = parseMachineAddress(parser.value(m_machine));
         if (!machine)
             return usageError(invalidAddressMessage());
-        limits = settings::machineLimits(*openStandardStore(), machine->id());
+        limits = limitsFromJson(settings::machineLimits(*openStandardStore(), machine->id()));
         if (!limits)
             return usageError(tr("No limits are stored for %1. Enter them in the app under "
                                  "“Machine limits…”, or give --limits.")

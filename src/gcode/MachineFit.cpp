@@ -1,8 +1,11 @@
 #include "gcode/MachineFit.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace tarnwick::gcode {
 
@@ -11,7 +14,46 @@ namespace {
 // Finer than any machine moves, so a span equal to the travel as printed is no failure.
 constexpr double lengthTolerance = 1e-3;
 
+constexpr QLatin1StringView travelField{"travel"};
+constexpr QLatin1StringView spindleField{"highestSpindleRpm"};
+constexpr QLatin1StringView toolsField{"toolPositions"};
+constexpr QLatin1StringView feedField{"highestFeed"};
+
+bool isPositive(const QJsonValue& value) {
+    return value.isDouble() && value.toDouble() > 0 && std::isfinite(value.toDouble());
+}
+
+std::optional<double> positive(const QJsonValue& value) {
+    return isPositive(value) ? std::optional(value.toDouble()) : std::nullopt;
+}
+
 } // namespace
+
+QJsonObject toJson(const MachineLimits& limits) {
+    QJsonObject json{{travelField, QJsonArray{limits.travel.x, limits.travel.y, limits.travel.z}}};
+    if (limits.highestSpindleRpm)
+        json.insert(spindleField, *limits.highestSpindleRpm);
+    if (limits.toolPositions)
+        json.insert(toolsField, *limits.toolPositions);
+    if (limits.highestFeed)
+        json.insert(feedField, *limits.highestFeed);
+    return json;
+}
+
+std::optional<MachineLimits> limitsFromJson(const QJsonObject& json) {
+    const QJsonArray travel = json.value(travelField).toArray();
+    if (travel.size() != 3 || !std::all_of(travel.begin(), travel.end(), isPositive))
+        return std::nullopt;
+    MachineLimits limits{{travel[0].toDouble(), travel[1].toDouble(), travel[2].toDouble()},
+                         positive(json.value(spindleField)),
+                         {},
+                         positive(json.value(feedField))};
+    // Whole positions only, and no more than an int holds.
+    const std::optional<double> tools = positive(json.value(toolsField));
+    if (tools && *tools == std::floor(*tools) && *tools <= std::numeric_limits<int>::max())
+        limits.toolPositions = int(*tools);
+    return limits;
+}
 
 std::optional<QStringList> fitProblems(const JobSummary& summary,
                                        const std::optional<MachineLimits>& known,

@@ -2,6 +2,7 @@
 
 #include "gcode/JobSummary.h"
 
+#include <QJsonObject>
 #include <QLocale>
 #include <QStringList>
 
@@ -21,6 +22,12 @@ struct MachineLimits {
 
     friend bool operator==(const MachineLimits&, const MachineLimits&) = default;
 };
+
+// The limits as they are kept: {"travel": [x, y, z], "highestSpindleRpm": …, "toolPositions": …,
+// "highestFeed": …}, the optional ones only when set. What does not read as limits (a travel that
+// is not three positive numbers) is nothing; an optional value that is not positive is left out.
+QJsonObject toJson(const MachineLimits& limits);
+std::optional<MachineLimits> limitsFromJson(const QJsonObject& json);
 
 // Why the job cannot run on a machine with these limits, one sentence each, the numbers in
 // `locale`'s form; empty when it can as far as the summary tells, and nothing at all when no

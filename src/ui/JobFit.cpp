@@ -1,6 +1,7 @@
 #include "ui/JobFit.h"
 
 #include "app/AppModel.h"
+#include "gcode/MachineFit.h"
 #include "ui/FileJobAnalyser.h"
 
 #include <QCoreApplication>
@@ -12,7 +13,7 @@ QStringList selectedJobFitProblems(const AppModel& model) {
     const auto result = analysis ? analysis->result().value<JobAnalysisResult>() : nullptr;
     if (!result)
         return {};
-    return gcode::fitProblems(result->summary, model.selectedMachineLimits())
+    return gcode::fitProblems(result->summary, gcode::limitsFromJson(model.selectedMachineLimits()))
         .value_or(QStringList());
 }
 

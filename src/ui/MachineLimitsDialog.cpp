@@ -6,6 +6,7 @@
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
+#include <QJsonObject>
 #include <QLabel>
 #include <QPushButton>
 #include <QSpinBox>
@@ -98,11 +99,14 @@ MachineLimitsDialog::MachineLimitsDialog(const QString& machineName,
 void MachineLimitsDialog::editSelected(AppModel& model, QWidget* parent) {
     if (!model.selectedMachine())
         return;
-    auto* dialog = new MachineLimitsDialog(model.selectedMachine()->name,
-                                           model.selectedMachineLimits(), parent);
+    auto* dialog =
+        new MachineLimitsDialog(model.selectedMachine()->name,
+                                gcode::limitsFromJson(model.selectedMachineLimits()), parent);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, &model,
-            [&model, dialog] { model.setSelectedMachineLimits(dialog->limits()); });
+    connect(dialog, &QDialog::accepted, &model, [&model, dialog] {
+        const std::optional<gcode::MachineLimits> limits = dialog->limits();
+        model.setSelectedMachineLimits(limits ? gcode::toJson(*limits) : QJsonObject());
+    });
     dialog->open();
 }
 

@@ -5,6 +5,7 @@
 #include "cli/ExitCode.h"
 #include "cli/ProgressBar.h"
 #include "discovery/Announcer.h"
+#include "gcode/MachineFit.h"
 #include "support/SimProcess.h"
 #include "support/TestFiles.h"
 #include "update/FeedServer.h"
@@ -258,9 +259,9 @@ private Q_SLOTS:
     void inspectUsesTheLimitsStoredForTheMachine() {
         const Cli cli;
         settings::setMachineLimits(*cli.store(), u"127.0.0.1:2222"_s,
-                                   gcode::MachineLimits{{1, 100, 100}, {}, {}, 500});
+                                   gcode::toJson({{1, 100, 100}, {}, {}, 500}));
         settings::setMachineLimits(*cli.store(), u"127.0.0.1:4000"_s,
-                                   gcode::MachineLimits{{100, 100, 100}, {}, {}, {}});
+                                   gcode::toJson({{100, 100, 100}, {}, {}, {}}));
         const QString job =
             writeFile(dir, u"wide.nc"_s, "G21 G0 X0 Y0 Z0\nG1 X2.5 F800\n").toLocalFile();
         const auto fits = [&](const QString& machine) {
