@@ -265,15 +265,16 @@ private Q_SLOTS:
                                  << std::optional(QStringList{rpm});
         QTest::newRow("feed") << job << with([](auto& l) { l.highestFeed = 4000; })
                               << std::optional(QStringList{feed});
-        QTest::newRow("all, optional ones left out")
-            << job << std::optional(MachineLimits{{360, 5, 2}, {}, {}, {}})
-            << std::optional(QStringList{span,
-                                         u"The cuts span 10.0 mm in Y; this machine "
-                                         u"travels 5.0 mm."_s,
-                                         u"The cuts span 6.0 mm in Z; this machine travels "
-                                         u"2.0 mm."_s});
-        QTest::newRow("all") << job << std::optional(MachineLimits{{360, 500, 100}, 18000, 6, 4000})
-                             << std::optional(QStringList{span, tool, rpm, feed});
+        QTest::newRow("optional ones left out")
+            << job << std::optional(MachineLimits{{500, 500, 100}, {}, {}, {}})
+            << std::optional(QStringList());
+        QTest::newRow("all") << job << std::optional(MachineLimits{{360, 5, 2}, 18000, 6, 4000})
+                             << std::optional(QStringList{
+                                    span,
+                                    u"The cuts span 10.0 mm in Y; this machine travels "
+                                    u"5.0 mm."_s,
+                                    u"The cuts span 6.0 mm in Z; this machine travels 2.0 mm."_s,
+                                    tool, rpm, feed});
         // 10 inches are 254 mm, and 100 inches a minute 2540 mm.
         QTest::newRow("inches")
             << "G20 G0 X0 Y0 Z0\nG1 X10 F100\n"_ba

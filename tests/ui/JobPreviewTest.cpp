@@ -130,7 +130,6 @@ private Q_SLOTS:
         QTest::newRow("dark") << QColor(0x0a84ff) << QColor(0x8d8d93) << QColor(0x323232);
         QTest::newRow("dark, dim accent")
             << QColor(0x1d3b8a) << QColor(0x5a5a5a) << QColor(0x3a3a3a);
-        QTest::newRow("light") << QColor(0x007aff) << QColor(0x8a8a8e) << QColor(Qt::white);
         QTest::newRow("light, pale accent")
             << QColor(0x9ad0ff) << QColor(0xc8c8c8) << QColor(0xf4f4f4);
     }
