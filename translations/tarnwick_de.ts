@@ -223,18 +223,6 @@ Exit-Codes: 0 ausgegeben (auch wenn es nichts auszugeben gibt), 1 der Verlauf ko
         <translation>Zeigt, was eine Auftragsdatei tun wird: Bewegungen, Ausmaße, Werkzeuge, Zeit</translation>
     </message>
     <message>
-        <source>Reads a job file and prints what it will do: its moves, units, extents (in mm), tools, spindle speeds, feeds, an estimated time and warnings. Nothing is sent.
-
-Exit codes:
-  0  the file was read (warnings do not change this)
-  2  bad usage or an unusable file</source>
-        <translation>Liest eine Auftragsdatei und gibt aus, was sie tun wird: Bewegungen, Einheiten, Ausmaße (in mm), Werkzeuge, Spindeldrehzahlen, Vorschübe, eine geschätzte Zeit und Warnungen. Es wird nichts gesendet.
-
-Exit-Codes:
-  0  die Datei wurde gelesen (Warnungen ändern daran nichts)
-  2  falscher Aufruf oder unbrauchbare Datei</translation>
-    </message>
-    <message>
         <source>Prints one JSON object instead of text.</source>
         <translation>Gibt statt Text ein JSON-Objekt aus.</translation>
     </message>
@@ -261,6 +249,69 @@ Exit-Codes:
     <message>
         <source>%1 to %2 mm/min</source>
         <translation>%1 bis %2 mm/min</translation>
+    </message>
+    <message>
+        <source>Fits: the job fits the machine&apos;s limits.</source>
+        <translation>Passt: der Auftrag passt in die Grenzen der Maschine.</translation>
+    </message>
+    <message>
+        <source>Does not fit: %1</source>
+        <translation>Passt nicht: %1</translation>
+    </message>
+    <message>
+        <source>Reads a job file and prints what it will do: its moves, units, extents (in mm), tools, spindle speeds, feeds, an estimated time and warnings. Nothing is sent.
+
+With --limits or --machine it also says whether the job fits the machine: whether the cuts span more than it travels on an axis, use a tool above its tool changer&apos;s positions, or a spindle speed or feed above its highest.
+
+Exit codes:
+  0  the file was read (warnings do not change this)
+  2  bad usage or an unusable file</source>
+        <translation>Liest eine Auftragsdatei und gibt aus, was sie tun wird: Bewegungen, Einheiten, Ausmaße (in mm), Werkzeuge, Spindeldrehzahlen, Vorschübe, eine geschätzte Zeit und Warnungen. Es wird nichts gesendet.
+
+Mit --limits oder --machine sagt es auch, ob der Auftrag auf die Maschine passt: ob sich die Schnitte auf einer Achse weiter erstrecken, als sie verfährt, ob ein Werkzeug über den Plätzen ihres Werkzeugwechslers liegt oder eine Spindeldrehzahl oder ein Vorschub über ihrem Höchstwert.
+
+Exit-Codes:
+  0  die Datei wurde gelesen (Warnungen ändern daran nichts)
+  2  falscher Aufruf oder unbrauchbare Datei</translation>
+    </message>
+    <message>
+        <source>Checks the job against these limits: the travel in X, Y and Z in mm, then optionally the highest spindle speed in rpm, the number of tool positions and the highest feed in mm/min, separated by commas (an optional one may be left empty).</source>
+        <translation>Prüft den Auftrag gegen diese Grenzen: den Verfahrweg in X, Y und Z in mm, dann wahlweise die höchste Spindeldrehzahl in U/min, die Zahl der Werkzeugplätze und den höchsten Vorschub in mm/min, durch Kommas getrennt (ein wahlweiser Wert darf leer bleiben).</translation>
+    </message>
+    <message>
+        <source>Checks the job against the limits entered in the app for the machine at this address (the port is 2222 when left out). Names are not looked up.</source>
+        <translation>Prüft den Auftrag gegen die Grenzen, die in der App für die Maschine an dieser Adresse eingegeben wurden (ohne Angabe ist der Port 2222). Namen werden nicht aufgelöst.</translation>
+    </message>
+    <message>
+        <source>Give either --limits or --machine, not both.</source>
+        <translation>Geben Sie entweder --limits oder --machine an, nicht beides.</translation>
+    </message>
+    <message>
+        <source>No limits are stored for %1. Enter them in the app under “Machine limits…”, or give --limits.</source>
+        <translation>Für %1 sind keine Grenzen gespeichert. Geben Sie sie in der App unter „Maschinengrenzen…“ ein oder geben Sie --limits an.</translation>
+    </message>
+</context>
+<context>
+    <name>LimitsOption</name>
+    <message>
+        <source>--limits takes 3 to 6 values separated by commas: X,Y,Z[,RPM[,TOOLS[,FEED]]].</source>
+        <translation>--limits erwartet 3 bis 6 durch Kommas getrennte Werte: X,Y,Z[,RPM[,TOOLS[,FEED]]].</translation>
+    </message>
+    <message>
+        <source>--limits: the travel in %1 must be a number of millimetres greater than 0, not “%2”.</source>
+        <translation>--limits: der Verfahrweg in %1 muss eine Zahl von Millimetern größer als 0 sein, nicht „%2“.</translation>
+    </message>
+    <message>
+        <source>--limits: the highest spindle speed must be a number of rpm greater than 0, not “%1”.</source>
+        <translation>--limits: die höchste Spindeldrehzahl muss eine Zahl in U/min größer als 0 sein, nicht „%1“.</translation>
+    </message>
+    <message>
+        <source>--limits: the number of tool positions must be a whole number of at least 1, not “%1”.</source>
+        <translation>--limits: die Zahl der Werkzeugplätze muss eine ganze Zahl von mindestens 1 sein, nicht „%1“.</translation>
+    </message>
+    <message>
+        <source>--limits: the highest feed must be a number of mm/min greater than 0, not “%1”.</source>
+        <translation>--limits: der höchste Vorschub muss eine Zahl in mm/min größer als 0 sein, nicht „%1“.</translation>
     </message>
 </context>
 <context>
@@ -466,6 +517,14 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>Manual machine</source>
         <translation>Manuelle Maschine</translation>
+    </message>
+    <message>
+        <source>The upload history could not be saved: %1</source>
+        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
+    </message>
+    <message>
+        <source>The machine&apos;s limits could not be saved: %1</source>
+        <translation>Die Grenzen der Maschine konnten nicht gespeichert werden: %1</translation>
     </message>
 </context>
 <context>
@@ -723,6 +782,26 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     </message>
 </context>
 <context>
+    <name>tarnwick::gcode::MachineFit</name>
+    <message>
+        <source>The cuts span %1 mm in %2; this machine travels %3 mm.</source>
+        <extracomment>The axis is a letter: X, Y or Z.</extracomment>
+        <translation>Die Schnitte erstrecken sich in %2 über %1 mm; diese Maschine verfährt %3 mm.</translation>
+    </message>
+    <message>
+        <source>The job uses tool T%1; this machine&apos;s tool changer goes up to T%2.</source>
+        <translation>Der Auftrag verwendet das Werkzeug T%1; der Werkzeugwechsler dieser Maschine reicht bis T%2.</translation>
+    </message>
+    <message>
+        <source>The job turns the spindle at %1 rpm; this machine reaches %2 rpm.</source>
+        <translation>Der Auftrag dreht die Spindel mit %1 U/min; diese Maschine erreicht %2 U/min.</translation>
+    </message>
+    <message>
+        <source>The job feeds at %1 mm/min; this machine feeds at most %2 mm/min.</source>
+        <translation>Der Auftrag fährt mit einem Vorschub von %1 mm/min; diese Maschine schafft höchstens %2 mm/min.</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::gcode::Warning</name>
     <message>
         <source>The file sets no units (G20 or G21); millimetres are assumed.</source>
@@ -932,6 +1011,14 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <source>Select a discovered machine or enter its IP address.</source>
         <translation>Wählen Sie eine gefundene Maschine oder geben Sie ihre IP-Adresse ein.</translation>
     </message>
+    <message>
+        <source>Machine limits…</source>
+        <translation>Maschinengrenzen…</translation>
+    </message>
+    <message>
+        <source>Enter what this machine can do, so that each job is checked</source>
+        <translation>Geben Sie ein, was diese Maschine kann, damit jeder Auftrag geprüft wird</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::ui::ElidedLabel</name>
@@ -1009,6 +1096,14 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>The machine reported that it is busy.</source>
         <translation>Die Maschine hat gemeldet, dass sie belegt ist.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::JobFit</name>
+    <message>
+        <source>This job does not fit %1. %2</source>
+        <extracomment>The name of the machine, then the first reason why the job does not fit it.</extracomment>
+        <translation>Dieser Auftrag passt nicht auf %1. %2</translation>
     </message>
 </context>
 <context>
@@ -1187,6 +1282,81 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     </message>
 </context>
 <context>
+    <name>tarnwick::ui::MachineLimitsDialog</name>
+    <message>
+        <source>Not set</source>
+        <translation>Nicht festgelegt</translation>
+    </message>
+    <message>
+        <source>Limits of %1</source>
+        <translation>Grenzen von %1</translation>
+    </message>
+    <message>
+        <source>Each job is checked against these numbers before it is sent. A field left at “Not set” is not checked.</source>
+        <translation>Jeder Auftrag wird vor dem Senden gegen diese Zahlen geprüft. Ein Feld, das auf „Nicht festgelegt“ bleibt, wird nicht geprüft.</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>mm</translation>
+    </message>
+    <message>
+        <source>Travel in &amp;X:</source>
+        <translation>Verfahrweg in &amp;X:</translation>
+    </message>
+    <message>
+        <source>Travel in &amp;Y:</source>
+        <translation>Verfahrweg in &amp;Y:</translation>
+    </message>
+    <message>
+        <source>Travel in &amp;Z:</source>
+        <translation>Verfahrweg in &amp;Z:</translation>
+    </message>
+    <message>
+        <source>Travel in X</source>
+        <translation>Verfahrweg in X</translation>
+    </message>
+    <message>
+        <source>Travel in Y</source>
+        <translation>Verfahrweg in Y</translation>
+    </message>
+    <message>
+        <source>Travel in Z</source>
+        <translation>Verfahrweg in Z</translation>
+    </message>
+    <message>
+        <source>Highest &amp;spindle speed:</source>
+        <translation>Höchste &amp;Spindeldrehzahl:</translation>
+    </message>
+    <message>
+        <source>Highest spindle speed</source>
+        <translation>Höchste Spindeldrehzahl</translation>
+    </message>
+    <message>
+        <source>rpm</source>
+        <translation>U/min</translation>
+    </message>
+    <message>
+        <source>&amp;Tool positions:</source>
+        <translation>&amp;Werkzeugplätze:</translation>
+    </message>
+    <message>
+        <source>Tool positions</source>
+        <translation>Werkzeugplätze</translation>
+    </message>
+    <message>
+        <source>Highest &amp;feed:</source>
+        <translation>Höchster &amp;Vorschub:</translation>
+    </message>
+    <message>
+        <source>Highest feed</source>
+        <translation>Höchster Vorschub</translation>
+    </message>
+    <message>
+        <source>mm/min</source>
+        <translation>mm/min</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::ui::MachineListModel</name>
     <message>
         <source>%1 at %2</source>
@@ -1319,6 +1489,34 @@ Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse h
     <message>
         <source>Check for Updates…</source>
         <translation>Nach Updates suchen…</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::ToolpathView</name>
+    <message>
+        <source>Zoom with the wheel, +, − or a pinch; drag or use the arrows to move; double-click or press 0 to see the whole job.</source>
+        <translation>Zoomen mit dem Mausrad, +, − oder einer Fingergeste; ziehen oder die Pfeiltasten zum Verschieben; Doppelklick oder 0 zeigt den ganzen Auftrag.</translation>
+    </message>
+    <message>
+        <source>Toolpath from above</source>
+        <translation>Werkzeugweg von oben</translation>
+    </message>
+    <message>
+        <source>Toolpath from the front</source>
+        <translation>Werkzeugweg von vorn</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <extracomment>A height and its unit, at the deep end of the depth legend.</extracomment>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>in</source>
+        <translation>in</translation>
+    </message>
+    <message>
+        <source>mm</source>
+        <translation>mm</translation>
     </message>
 </context>
 <context>

@@ -19,7 +19,10 @@
 // The desktop preview's timings, medians of five runs:
 //   build-release/bin/bench_preview
 // - draw: the toolpath drawn anew at 900 x 560 from a sketch at its full vertex budget, the
-//   most a paint can ever cost (a paint without a size or palette change copies a pixmap);
+//   most a paint can ever cost (a paint without a size, palette or view change copies a
+//   pixmap);
+// - zoom: the raster program's own toolpath drawn anew at 900 x 560 after each step of a wheel
+//   zoom about a point of it (1x to 1000x), and after each step of a drag at 64x;
 // - ready: from choosing a 50 MB raster-finishing program to its analysis being shown, its
 //   facts written and its toolpath drawn; the same for 10^6 tool changes, each to a new tool;
 // - stall: the longest the main thread went without running a 1 ms timer meanwhile.
@@ -38,8 +41,8 @@ std::vector<gcode::PathSketch::Vertex> fullSketch() {
     for (int index = 0; index < gcode::PathSketch::defaultBudget; ++index) {
         const auto stroke =
             index % 7 ? gcode::PathSketch::Stroke::Cut : gcode::PathSketch::Stroke::Rapid;
-        vertices.push_back(
-            {float(200 * std::sin(index * 0.37)), float(index % 1500 * 0.1), stroke});
+        vertices.push_back({float(200 * std::sin(index * 0.37)), float(index % 1500 * 0.1),
+                            float(-index % 50 * 0.1), stroke});
     }
     return vertices;
 }
@@ -60,6 +63,37 @@ QByteArray toolChanges(int count) {
     for (int tool = 1; tool <= count; ++tool)
         program += "T" + QByteArray::number(tool) + " M6\n";
     return program;
+}
+
+double redrawMs(ui::ToolpathView& view) {
+    QElapsedTimer timer;
+    timer.start();
+    view.grab();
+    return timer.nsecsElapsed() / 1e6;
+}
+
+// Each zoom or pan invalidates the drawing, so each grab redraws it whole.
+void measureZoom(ui::ToolpathView& view) {
+    QTextStream out(stdout);
+    const QPointF cursor(450, 280);
+    view.fitWhole();
+    for (const double zoom : {1.0, 4.0, 16.0, 64.0, 256.0, 1000.0}) {
+        std::vector<double> draws;
+        for (int run = 0; run < 5; ++run) {
+            view.fitWhole();
+            view.zoomAbout(cursor, zoom);
+            draws.push_back(redrawMs(view));
+        }
+        out << "zoom-" << zoom << "x-draw-ms " << median(draws) << Qt::endl;
+    }
+    std::vector<double> pans;
+    view.fitWhole();
+    view.zoomAbout(cursor, 64);
+    for (int step = 0; step < 25; ++step) {
+        view.pan({17, -9});
+        pans.push_back(redrawMs(view));
+    }
+    out << "pan-64x-draw-ms " << median(pans) << Qt::endl;
 }
 
 } // namespace
@@ -112,7 +146,9 @@ int main(int argc, char* argv[]) {
             QObject::connect(analysis, &Operation::finished, &loop, [&] {
                 const auto result = analysis->result().value<ui::JobAnalysisResult>();
                 ui::JobPreviewTexts::rows(result->summary);
-                view.setPath(result->sketch);
+                const auto& cutting = result->summary.cutting;
+                view.setPath(result->sketch,
+                             {cutting ? cutting->max.z : 0, cutting ? cutting->min.z : 0});
                 view.grab();
                 loop.quit();
             });
@@ -124,6 +160,8 @@ int main(int argc, char* argv[]) {
         }
         out << name << " ready-ms " << median(readies) << " stall-ms " << median(stalls)
             << Qt::endl;
+        if (qstrcmp(name, "raster") == 0)
+            measureZoom(view);
         return true;
     };
     if (!measure("raster", rasterProgram(50'000'000)) ||

@@ -255,8 +255,11 @@ void AppModel::setJobAnalyser(std::unique_ptr<JobAnalysing> analyser) {
 void AppModel::analyseSelectedFile() {
     // Deleting the running analysis ends it without a word, so only the new one reports.
     delete m_jobAnalysis;
-    if (m_jobAnalyser && m_selectedFile)
+    if (m_jobAnalyser && m_selectedFile) {
         m_jobAnalysis = m_jobAnalyser->analyse(*m_selectedFile, this);
+        // Its result serves the preview and the fit check until the next choice.
+        m_jobAnalysis->setAutoDelete(false);
+    }
     Q_EMIT jobAnalysisChanged();
 }
 
@@ -413,6 +416,21 @@ void AppModel::setCheckingConnection(bool checking) {
 
 void AppModel::setUploading(bool uploading) {
     assign(m_isUploading, uploading, &AppModel::isUploadingChanged);
+}
+
+QJsonObject AppModel::selectedMachineLimits() const {
+    return m_selectedMachine ? m_persistence->machineLimits(m_selectedMachine->id())
+                             : QJsonObject();
+}
+
+void AppModel::setSelectedMachineLimits(const QJsonObject& limits) {
+    if (!m_selectedMachine)
+        return;
+    if (const std::optional<Error> error =
+            m_persistence->setMachineLimits(m_selectedMachine->id(), limits))
+        setErrorMessage(
+            tr("The machine's limits could not be saved: %1").arg(error->description()));
+    Q_EMIT machineLimitsChanged();
 }
 
 } // namespace tarnwick

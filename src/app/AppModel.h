@@ -88,9 +88,14 @@ public:
 
     // The preview's reader of job files; without one no file is analysed.
     void setJobAnalyser(std::unique_ptr<JobAnalysing> analyser);
-    // The analysis of the selected file while it runs. A new choice replaces (and so ends) the
-    // previous one.
+    // The analysis of the selected file, running or ended, with its result once it has one. A
+    // new choice replaces (and so ends) the previous one.
     JobAnalysis* jobAnalysis() const { return m_jobAnalysis; }
+
+    // What the user entered of the selected machine's limits, as the fit check reads them; empty
+    // without either. A failure to keep them is shown as the error message.
+    QJsonObject selectedMachineLimits() const;
+    void setSelectedMachineLimits(const QJsonObject& limits);
 
     AppPersistence& persistence() { return *m_persistence; }
     // The time that upload records and the duplicate window are measured with.
@@ -121,6 +126,7 @@ Q_SIGNALS:
     void jobAnalysisChanged();
     // How the upload that isUploading followed ended, as it ends.
     void uploadEnded(const tarnwick::UploadOutcome& outcome);
+    void machineLimitsChanged();
 
 private:
     void restoreRecentFiles();

@@ -159,6 +159,21 @@ void AppPersistence::setRecentFiles(const QList<JobFile>& files) {
     encode(*m_store, listToJson(files), recentFilesKey);
 }
 
+QJsonObject AppPersistence::machineLimits(const QString& machineId) const {
+    return settings::machineLimits(*m_store, machineId);
+}
+
+std::optional<Error> AppPersistence::setMachineLimits(const QString& machineId,
+                                                      const QJsonObject& limits) {
+    const QString lockPath = settings::writeLockPath(*m_store);
+    QDir().mkpath(QFileInfo(lockPath).absolutePath());
+    QLockFile lock(lockPath);
+    if (!lockWithin(lock, m_lockWait))
+        return lockError(lock, lockPath, m_store->fileName());
+    settings::setMachineLimits(*m_store, machineId, limits);
+    return statusError(*m_store);
+}
+
 QList<UploadRecord> AppPersistence::uploadRecords() const {
     return listFromJson<UploadRecord>(decode(*m_store, uploadsKey)).value_or(QList<UploadRecord>());
 }

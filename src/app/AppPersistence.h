@@ -5,6 +5,7 @@
 #include "app/Machine.h"
 #include "app/UploadRecord.h"
 
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QList>
 #include <QSettings>
@@ -35,6 +36,12 @@ public:
 
     QList<JobFile> recentFiles() const;
     void setRecentFiles(const QList<JobFile>& files);
+
+    // A machine's limits as the fit check reads them; empty when none were given.
+    QJsonObject machineLimits(const QString& machineId) const;
+    // Under the store's write lock, since all machines' limits are one document; a PlatformError
+    // of the file domain when it could not be taken, and then nothing is written.
+    std::optional<Error> setMachineLimits(const QString& machineId, const QJsonObject& limits);
 
     // Newest first.
     QList<UploadRecord> uploadRecords() const;

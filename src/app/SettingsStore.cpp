@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QFileDevice>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <optional>
 
@@ -25,6 +27,12 @@ bool isReplaceableFile(const QString& path) {
 bool isReadableFile(const QString& path) {
     QFile file(path);
     return !file.exists() || (file.open(QIODevice::ReadOnly) && parseIniText(file.readAll()));
+}
+
+QJsonObject storedLimits(QSettings& store) {
+    // The app in another window may have written since the last read.
+    store.sync();
+    return QJsonDocument::fromJson(store.value(machineLimitsKey).toByteArray()).object();
 }
 
 bool readStoreFile(QIODevice& device, QSettings::SettingsMap& values) {
@@ -105,6 +113,23 @@ QByteArray windowGeometry(const QSettings& store) {
 
 void setWindowGeometry(QSettings& store, const QByteArray& geometry) {
     store.setValue(windowGeometryKey, geometry);
+}
+
+QJsonObject machineLimits(QSettings& store, const QString& machineId) {
+    return storedLimits(store).value(machineId).toObject();
+}
+
+void setMachineLimits(QSettings& store, const QString& machineId, const QJsonObject& limits) {
+    QJsonObject all = storedLimits(store);
+    if (limits.isEmpty())
+        all.remove(machineId);
+    else
+        all.insert(machineId, limits);
+    if (all.isEmpty())
+        store.remove(machineLimitsKey);
+    else
+        store.setValue(machineLimitsKey, QJsonDocument(all).toJson(QJsonDocument::Compact));
+    store.sync();
 }
 
 QString writeLockPath(const QSettings& store) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QLatin1StringView>
 #include <QSettings>
 #include <QString>
@@ -20,6 +21,7 @@ inline constexpr QLatin1StringView uploadsKey{"uploads"};
 inline constexpr QLatin1StringView installIdentifierKey{"installIdentifier"};
 inline constexpr QLatin1StringView automaticUpdateChecksKey{"automaticUpdateChecks"};
 inline constexpr QLatin1StringView windowGeometryKey{"mainWindowGeometry"};
+inline constexpr QLatin1StringView machineLimitsKey{"machineLimits"};
 
 // Names an INI file that replaces the standard store, on every platform; tests and scripts use
 // it so that nothing touches the user's own settings.
@@ -35,6 +37,14 @@ void setInstallIdentifier(QSettings& store, const QString& identifier);
 
 QByteArray windowGeometry(const QSettings& store);
 void setWindowGeometry(QSettings& store, const QByteArray& geometry);
+
+// The limits the user gave the machine with this identity, as the JSON object the fit check
+// reads; empty when none were given. All machines' are kept in one JSON object keyed by
+// machine identity.
+QJsonObject machineLimits(QSettings& store, const QString& machineId);
+// An empty object forgets the machine's limits; the other machines' stay as they are. The caller
+// holds the store's write lock.
+void setMachineLimits(QSettings& store, const QString& machineId, const QJsonObject& limits);
 
 // The format of every store that is a file: INI text, written whole to a temporary file that
 // replaces the store only once every byte of it is written, and never over anything but a

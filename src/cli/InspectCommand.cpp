@@ -1,8 +1,12 @@
 #include "cli/InspectCommand.h"
 
 #include "app/JobFile.h"
+#include "app/SettingsStore.h"
 #include "cli/Console.h"
+#include "cli/LimitsOption.h"
+#include "cli/MachineAddress.h"
 #include "gcode/FileAnalysis.h"
+#include "gcode/MachineFit.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -11,6 +15,7 @@
 #include <QLocale>
 
 #include <cmath>
+#include <variant>
 
 namespace tarnwick::cli {
 
@@ -88,6 +93,19 @@ QString extentsText(const std::optional<Extents>& extents) {
              number(extents->min.z), number(extents->max.z));
 }
 
+QJsonObject fitJson(const QStringList& problems) {
+    return {{QStringLiteral("ok"), problems.isEmpty()},
+            {QStringLiteral("reasons"), QJsonArray::fromStringList(problems)}};
+}
+
+void printFit(const QStringList& problems) {
+    if (problems.isEmpty())
+        out() << InspectCommand::tr("Fits: the job fits the machine's limits.") << '\n';
+    for (const QString& problem : problems)
+        out() << InspectCommand::tr("Does not fit: %1").arg(problem) << '\n';
+    out().flush();
+}
+
 void printText(const QString& path, const JobSummary& summary) {
     const QLocale locale;
     static const char* const unitNames[] = {
@@ -131,20 +149,55 @@ void printText(const QString& path, const JobSummary& summary) {
 InspectCommand::InspectCommand()
     : Command(QStringLiteral("inspect"),
               tr("Shows what a job file will do: moves, extents, tools, time"),
-              QStringLiteral("tarnwick-cli inspect FILE [--json]"),
+              QStringLiteral("tarnwick-cli inspect FILE [--json] "
+                             "[--limits X,Y,Z[,RPM[,TOOLS[,FEED]]] | --machine ADDRESS[:PORT]]"),
               tr("Reads a job file and prints what it will do: its moves, units, extents (in mm), "
                  "tools, spindle speeds, feeds, an estimated time and warnings. Nothing is "
-                 "sent.\n\nExit codes:\n"
+                 "sent.\n\nWith --limits or --machine it also says whether the job fits the "
+                 "machine: whether the cuts span more than it travels on an axis, use a tool "
+                 "above its tool changer's positions, or a spindle speed or feed above its "
+                 "highest.\n\nExit codes:\n"
                  "  0  the file was read (warnings do not change this)\n"
                  "  2  bad usage or an unusable file"))
-    , m_json(QStringLiteral("json"), tr("Prints one JSON object instead of text.")) {
+    , m_json(QStringLiteral("json"), tr("Prints one JSON object instead of text."))
+    , m_limits(QStringLiteral("limits"),
+               tr("Checks the job against these limits: the travel in X, Y and Z in mm, then "
+                  "optionally the highest spindle speed in rpm, the number of tool positions "
+                  "and the highest feed in mm/min, separated by commas (an optional one may be "
+                  "left empty)."),
+               QStringLiteral("X,Y,Z[,RPM[,TOOLS[,FEED]]]"))
+    , m_machine(QStringLiteral("machine"),
+                tr("Checks the job against the limits entered in the app for the machine at "
+                   "this address (the port is 2222 when left out). Names are not looked up."),
+                QStringLiteral("ADDRESS[:PORT]")) {
     parser().addOption(m_json);
+    parser().addOption(m_limits);
+    parser().addOption(m_machine);
     parser().addPositionalArgument(QStringLiteral("FILE"), tr("The job file."));
 }
 
 int InspectCommand::run(const QCommandLineParser& parser) {
     if (parser.positionalArguments().size() != 1)
         return usageError(tr("Usage: %1").arg(usage()));
+
+    std::optional<MachineLimits> limits;
+    if (parser.isSet(m_limits) && parser.isSet(m_machine))
+        return usageError(tr("Give either --limits or --machine, not both."));
+    if (parser.isSet(m_limits)) {
+        const auto parsed = parseLimitsOption(parser.value(m_limits));
+        if (const auto* message = std::get_if<QString>(&parsed))
+            return usageError(*message);
+        limits = std::get<MachineLimits>(parsed);
+    } else if (parser.isSet(m_machine)) {
+        const std::optional<Machine> machine = parseMachineAddress(parser.value(m_machine));
+        if (!machine)
+            return usageError(invalidAddressMessage());
+        limits = limitsFromJson(settings::machineLimits(*openStandardStore(), machine->id()));
+        if (!limits)
+            return usageError(tr("No limits are stored for %1. Enter them in the app under "
+                                 "“Machine limits…”, or give --limits.")
+                                  .arg(machine->id()));
+    }
 
     const QString path = parser.positionalArguments()[0];
     const Result<JobFile> file = JobFile::fromUrl(QUrl::fromLocalFile(path));
@@ -154,10 +207,17 @@ int InspectCommand::run(const QCommandLineParser& parser) {
     const FileAnalysisOutcome outcome = analyseFile(path, never);
     if (!outcome.analysis)
         return fail(outcome.readError, Usage);
+    const JobSummary& summary = outcome.analysis->summary;
+    const std::optional<QStringList> problems = fitProblems(summary, limits);
     if (parser.isSet(m_json)) {
-        printJsonLine(toJson(outcome.analysis->summary));
+        QJsonObject json = toJson(summary);
+        if (problems)
+            json.insert(QStringLiteral("fits"), fitJson(*problems));
+        printJsonLine(json);
     } else {
-        printText(path, outcome.analysis->summary);
+        printText(path, summary);
+        if (problems)
+            printFit(*problems);
     }
     return Success;
 }

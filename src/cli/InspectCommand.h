@@ -16,6 +16,8 @@ protected:
 
 private:
     QCommandLineOption m_json;
+    QCommandLineOption m_limits;
+    QCommandLineOption m_machine;
 };
 
 } // namespace tarnwick::cli

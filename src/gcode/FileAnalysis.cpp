@@ -35,7 +35,8 @@ FileAnalysisOutcome analyseFile(const QString& path, const std::atomic_bool& can
         if (progress)
             progress(done, total);
     }
-    Analysis analysis{analyser.finish(), analyser.sketch().vertices()};
+    Analysis analysis{analyser.finish(), analyser.sketch().vertices(),
+                      analyser.sideSketch().vertices()};
     return {std::move(analysis), {}};
 }
 

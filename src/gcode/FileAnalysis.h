@@ -15,6 +15,7 @@ namespace tarnwick::gcode {
 struct Analysis {
     JobSummary summary;
     std::vector<PathSketch::Vertex> sketch;
+    std::vector<PathSketch::Vertex> side;
 };
 
 struct FileAnalysisOutcome {

@@ -160,6 +160,7 @@ struct GcodeAnalyser::Block {
 
 GcodeAnalyser::GcodeAnalyser(qsizetype sketchBudget)
     : m_sketch(sketchBudget)
+    , m_side(sketchBudget)
     , m_motion(Motion::Rapid)
     , m_plane(Plane::XY) {}
 
@@ -199,6 +200,7 @@ JobSummary GcodeAnalyser::finish() {
     if (!m_pendingLine.empty() || m_lineTooLong)
         readLine(m_pendingLine.data(), m_pendingLine.data() + m_pendingLine.size());
     m_sketch.finish();
+    m_side.finish();
     m_summary.lines = m_line;
     if (m_summary.units == Units::Unset && m_summary.motions > 0)
         m_summary.warnings.prepend(Warning{Warning::Kind::NoUnits, 0, {}, 1});
@@ -538,8 +540,7 @@ void GcodeAnalyser::move(Block& block) {
                 axis(from, index) = axis(end, index);
         }
         account(from, end, distance(from, end), cutting);
-        m_sketch.lineTo(end.x, end.y,
-                        cutting ? PathSketch::Stroke::Cut : PathSketch::Stroke::Rapid);
+        sketchTo(end, cutting ? PathSketch::Stroke::Cut : PathSketch::Stroke::Rapid);
     }
     m_knownAxes |= (block.words & linearAxes) >> ('X' - 'A');
     m_position = end;
@@ -574,7 +575,7 @@ void GcodeAnalyser::moveArc(const Block& block, const Point3& start, const Point
     if (!arc) {
         warn(Warning::Kind::InvalidArc);
         account(start, end, distance(start, end), true);
-        m_sketch.lineTo(end.x, end.y, PathSketch::Stroke::Cut);
+        sketchTo(end, PathSketch::Stroke::Cut);
         return;
     }
 
@@ -613,9 +614,14 @@ void GcodeAnalyser::moveArc(const Block& block, const Point3& start, const Point
         axis(point, plane[0]) = arc->centreA + arc->radius * std::cos(angle);
         axis(point, plane[1]) = arc->centreB + arc->radius * std::sin(angle);
         axis(point, plane[2]) = startN + (endN - startN) * fraction;
-        m_sketch.lineTo(point.x, point.y, PathSketch::Stroke::Cut);
+        sketchTo(point, PathSketch::Stroke::Cut);
     }
-    m_sketch.lineTo(end.x, end.y, PathSketch::Stroke::Cut);
+    sketchTo(end, PathSketch::Stroke::Cut);
+}
+
+void GcodeAnalyser::sketchTo(const Point3& point, PathSketch::Stroke stroke) {
+    m_sketch.lineTo(point.x, point.y, point.z, stroke);
+    m_side.lineTo(point.x, point.z, point.z, stroke);
 }
 
 void GcodeAnalyser::account(const Point3& corner, const Point3& opposite, double length,

@@ -26,7 +26,9 @@ public:
     void feed(const char* data, qsizetype size);
     // Reads the last line when it has no line break, and ends the analysis.
     JobSummary finish();
+    // The toolpath from above (x, y) and from the front (x, z).
     const PathSketch& sketch() const { return m_sketch; }
+    const PathSketch& sideSketch() const { return m_side; }
 
 private:
     struct Block;
@@ -43,9 +45,11 @@ private:
     // Widens the extents of the move's kind by the box of two corners, and adds up its time.
     void account(const Point3& corner, const Point3& opposite, double length, bool cutting);
     void warn(Warning::Kind kind, QString word = {});
+    void sketchTo(const Point3& point, PathSketch::Stroke stroke);
 
     JobSummary m_summary;
     PathSketch m_sketch;
+    PathSketch m_side;
     std::string m_pendingLine;
     bool m_lineTooLong = false;
     bool m_afterCarriageReturn = false;

@@ -24,8 +24,8 @@ PathSketch::PathSketch(qsizetype budget)
     m_vertices.reserve(size_t(m_budget) + 1);
 }
 
-void PathSketch::lineTo(double x, double y, Stroke stroke) {
-    add({float(x), float(y), stroke});
+void PathSketch::lineTo(double x, double y, double z, Stroke stroke) {
+    add({float(x), float(y), float(z), stroke});
 }
 
 void PathSketch::add(const Vertex& vertex) {
@@ -36,7 +36,8 @@ void PathSketch::add(const Vertex& vertex) {
     if (m_hasPending) {
         // A cut hidden by a point left out still shows as a cut.
         if (mayLeaveOut(m_vertices.back(), m_pending, vertex)) {
-            m_pending = {vertex.x, vertex.y, std::max(m_pending.stroke, vertex.stroke)};
+            m_pending = {vertex.x, vertex.y, std::min(m_pending.z, vertex.z),
+                         std::max(m_pending.stroke, vertex.stroke)};
             return;
         }
         m_vertices.push_back(m_pending);
@@ -90,7 +91,8 @@ void PathSketch::reduce() {
         for (size_t index = 1; index < m_vertices.size(); ++index) {
             const Vertex& vertex = m_vertices[index];
             if (holding && mayLeaveOut(kept.back(), held, vertex)) {
-                held = {vertex.x, vertex.y, std::max(held.stroke, vertex.stroke)};
+                held = {vertex.x, vertex.y, std::min(held.z, vertex.z),
+                        std::max(held.stroke, vertex.stroke)};
                 continue;
             }
             if (holding)

@@ -6,10 +6,12 @@
 
 namespace tarnwick::gcode {
 
-// The toolpath seen from above, reduced as it grows so that it never holds more than its
-// budget of vertices: a point within the current step of the last one kept is left out, and
-// the step doubles whenever the budget fills. What is lost is finer than a drawing of the
-// whole path could show, turning points included.
+// The toolpath seen from one side (from above: x and y), reduced as it grows so that it never
+// holds more than its budget of vertices: a point within the current step of the last one kept
+// is left out, and the step doubles whenever the budget fills. What is lost is finer than a
+// drawing of the whole path could show, turning points included. Each vertex also carries the
+// height (z) it stands for, the lowest of the points merged into it, so that a drawing can
+// show the deepest cut at each place.
 class PathSketch {
 public:
     enum class Stroke : quint8 {
@@ -21,6 +23,7 @@ public:
     struct Vertex {
         float x;
         float y;
+        float z;
         Stroke stroke;
     };
 
@@ -28,7 +31,7 @@ public:
 
     explicit PathSketch(qsizetype budget = defaultBudget);
 
-    void lineTo(double x, double y, Stroke stroke);
+    void lineTo(double x, double y, double z, Stroke stroke);
     // Adds the last point that was held back while it was close to its predecessor.
     void finish();
 

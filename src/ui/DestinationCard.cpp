@@ -5,6 +5,7 @@
 #include "ui/ElidedLabel.h"
 #include "ui/EmptyState.h"
 #include "ui/Formatting.h"
+#include "ui/MachineLimitsDialog.h"
 #include "ui/RoundedPanel.h"
 #include "ui/StatusBadge.h"
 #include "ui/Style.h"
@@ -65,6 +66,12 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     m_checkAgain->setToolTip(tr("Check whether the machine answers"));
     connect(m_checkAgain, &QPushButton::clicked, &m_model, &AppModel::checkSelectedMachine);
     row->addWidget(m_checkAgain, 0, Qt::AlignVCenter);
+    auto* limits = new QPushButton(tr("Machine limits\u2026"), m_machinePage);
+    limits->setObjectName(QStringLiteral("machineLimitsButton"));
+    limits->setToolTip(tr("Enter what this machine can do, so that each job is checked"));
+    connect(limits, &QPushButton::clicked, this,
+            [this] { MachineLimitsDialog::editSelected(m_model, this); });
+    row->addWidget(limits, 0, Qt::AlignVCenter);
     layout->addWidget(m_machinePage);
 
     m_emptyPage = makeEmptyState(tr("Choose a destination"), QStringLiteral("wifi"),

@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "ui/ElidedLabel.h"
 #include "ui/FileJobAnalyser.h"
+#include "ui/JobFit.h"
 #include "ui/JobPreviewTexts.h"
 #include "ui/Style.h"
 #include "ui/ToolpathView.h"
@@ -29,15 +30,18 @@ constexpr int shownWarnings = 6;
 JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
     : QWidget(parent)
     , m_model(model)
-    , m_toolpath(new ToolpathView(this))
+    , m_toolpath(new ToolpathView(ToolpathView::Projection::Top, this))
+    , m_side(new ToolpathView(ToolpathView::Projection::Side, this))
     , m_status(new QLabel(this))
     , m_progress(new QProgressBar(this))
     , m_progressDelay(new QTimer(this))
     , m_details(new QWidget(this))
     , m_facts(new QFormLayout)
+    , m_fit(new QLabel(this))
     , m_warnings(new QLabel(this)) {
     setObjectName(QStringLiteral("jobPreview"));
     m_toolpath->setObjectName(QStringLiteral("toolpath"));
+    m_side->setObjectName(QStringLiteral("sideView"));
     m_status->setObjectName(QStringLiteral("previewStatus"));
     m_status->setWordWrap(true);
     style::makeSecondary(m_status);
@@ -47,6 +51,10 @@ JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
     m_progressDelay->setSingleShot(true);
     m_progressDelay->setInterval(progressDelay);
     connect(m_progressDelay, &QTimer::timeout, m_progress, &QWidget::show);
+    m_fit->setObjectName(QStringLiteral("previewFit"));
+    m_fit->setWordWrap(true);
+    m_fit->setTextFormat(Qt::PlainText);
+    style::setTextColor(m_fit, style::orange());
     m_warnings->setObjectName(QStringLiteral("previewWarnings"));
     m_warnings->setWordWrap(true);
     m_warnings->setTextFormat(Qt::PlainText);
@@ -60,6 +68,7 @@ JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
     auto* details = new QVBoxLayout(m_details);
     details->setContentsMargins(0, 0, 0, 0);
     details->setSpacing(10);
+    details->addWidget(m_fit);
     details->addLayout(m_facts);
     details->addWidget(m_warnings);
     details->addStretch(1);
@@ -72,17 +81,25 @@ JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->setSpacing(16);
-    layout->addWidget(m_toolpath, 3);
+    // The front view under the view from above, as in a drawing, sharing its width.
+    auto* views = new QVBoxLayout;
+    views->setSpacing(8);
+    views->addWidget(m_toolpath, 3);
+    views->addWidget(m_side, 1);
+    layout->addLayout(views, 3);
     layout->addLayout(side, 2);
 
     connect(&m_model, &AppModel::jobAnalysisChanged, this,
             [this] { follow(m_model.jobAnalysis()); });
+    connect(&m_model, &AppModel::selectedMachineChanged, this, &JobPreviewView::showWarnings);
+    connect(&m_model, &AppModel::machineLimitsChanged, this, &JobPreviewView::showWarnings);
     follow(m_model.jobAnalysis());
 }
 
 void JobPreviewView::follow(JobAnalysis* analysis) {
     m_analysis = analysis;
     m_toolpath->setPath({});
+    m_side->setPath({});
     m_progress->hide();
     m_progress->setValue(0);
     m_progressDelay->stop();
@@ -127,7 +144,25 @@ void JobPreviewView::showResult() {
         value->setObjectName(QStringLiteral("previewFact"));
         m_facts->addRow(label, value);
     }
-    QStringList warnings;
+    showWarnings();
+    PathDepths depths;
+    if (summary.cutting)
+        depths = {summary.cutting->max.z, summary.cutting->min.z,
+                  summary.units == gcode::Units::Inches};
+    m_toolpath->setPath(result->sketch, depths);
+    m_side->setPath(result->side, depths);
+    m_status->hide();
+    m_details->show();
+}
+
+void JobPreviewView::showWarnings() {
+    const auto result = m_analysis ? m_analysis->result().value<JobAnalysisResult>() : nullptr;
+    if (!result)
+        return;
+    const gcode::JobSummary& summary = result->summary;
+    QStringList warnings = selectedJobFitProblems(m_model);
+    m_fit->setText(doesNotFitLine(m_model, warnings));
+    m_fit->setVisible(!warnings.isEmpty());
     if (summary.partial)
         warnings << JobPreviewTexts::partialNote();
     for (const gcode::Warning& warning :
@@ -137,9 +172,6 @@ void JobPreviewView::showResult() {
         warnings << tr("Warnings not shown: %1.").arg(summary.warnings.size() - shownWarnings);
     m_warnings->setText(warnings.join(u'\n'));
     m_warnings->setVisible(!warnings.isEmpty());
-    m_toolpath->setPath(result->sketch);
-    m_status->hide();
-    m_details->show();
 }
 
 } // namespace tarnwick::ui

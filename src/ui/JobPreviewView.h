@@ -17,8 +17,8 @@ namespace tarnwick::ui {
 
 class ToolpathView;
 
-// What the selected job file will do: its toolpath from above beside its extents, units,
-// tools, time and warnings. It follows the model's analysis of the selected file.
+// What the selected job file will do: its toolpath from above and from the front beside its
+// extents, units, tools, time and warnings. It follows the model's analysis of the selected file.
 class JobPreviewView : public QWidget {
     Q_OBJECT
 
@@ -29,15 +29,19 @@ private:
     void follow(JobAnalysis* analysis);
     void showStatus(const QString& text);
     void showResult();
+    // The analysis' warnings, after every reason why the job does not fit the selected machine.
+    void showWarnings();
 
     AppModel& m_model;
     QPointer<JobAnalysis> m_analysis;
     ToolpathView* m_toolpath;
+    ToolpathView* m_side;
     QLabel* m_status;
     QProgressBar* m_progress;
     QTimer* m_progressDelay;
     QWidget* m_details;
     QFormLayout* m_facts;
+    QLabel* m_fit;
     QLabel* m_warnings;
 };
 

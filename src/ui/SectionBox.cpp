@@ -13,14 +13,6 @@ namespace tarnwick::ui {
 
 namespace {
 
-QColor panelFill(const QWidget* widget) {
-    const QPalette& palette = widget->palette();
-    const QColor window = palette.color(QPalette::Window);
-    // Lighter than the window in a light palette, a step brighter in a dark one.
-    return window.lightness() > 128 ? palette.color(QPalette::Base)
-                                    : palette.color(QPalette::Window).lighter(125);
-}
-
 QColor panelOutline(const QWidget* widget) {
     return style::withAlpha(widget->palette().color(QPalette::WindowText), 0.10);
 }
@@ -45,7 +37,7 @@ SectionBox::SectionBox(const QString& title, const QString& symbol, QWidget* con
     titleRow->addStretch();
     layout->addLayout(titleRow);
 
-    auto* panel = new RoundedPanel(10, panelFill, panelOutline, this);
+    auto* panel = new RoundedPanel(10, style::panelFill, panelOutline, this);
     auto* panelLayout = new QVBoxLayout(panel);
     panelLayout->setContentsMargins(12, 10, 12, 10);
     panelLayout->addWidget(content);

@@ -56,6 +56,12 @@ QColor accent(const QWidget* widget) {
     return palette.color(QPalette::Highlight);
 }
 
+QColor panelFill(const QWidget* widget) {
+    const QPalette& palette = widget->palette();
+    const QColor window = palette.color(QPalette::Window);
+    return window.lightness() > 128 ? palette.color(QPalette::Base) : window.lighter(125);
+}
+
 QFont font(TextStyle textStyle, const QWidget* widget) {
     QFont font = widget ? widget->font() : QApplication::font();
     const qreal base =

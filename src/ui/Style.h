@@ -23,6 +23,9 @@ QColor withAlpha(QColor color, double opacity);
 // Secondary text: the palette's placeholder colour, a mid-tone in light and dark palettes.
 QColor secondaryText(const QWidget* widget);
 QColor accent(const QWidget* widget);
+// The fill of a section's panel: lighter than the window in a light palette, a step brighter
+// in a dark one.
+QColor panelFill(const QWidget* widget);
 
 enum class TextStyle {
     Body,

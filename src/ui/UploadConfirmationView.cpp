@@ -5,6 +5,7 @@
 #include "app/TransferTexts.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
+#include "ui/JobFit.h"
 #include "ui/RoundedPanel.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
@@ -62,6 +63,13 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
     m_busy->setWordWrap(true);
     style::setTextColor(m_busy, style::orange());
     layout->addWidget(m_busy);
+    // Whether the job fits is the user's call: the line informs, the Upload button ignores it.
+    m_fit = new QLabel(this);
+    m_fit->setObjectName(QStringLiteral("sheetFit"));
+    m_fit->setWordWrap(true);
+    m_fit->setTextFormat(Qt::PlainText);
+    style::setTextColor(m_fit, style::orange());
+    layout->addWidget(m_fit);
     m_warning = makeWarning();
     layout->addWidget(m_warning);
     layout->addStretch();
@@ -85,6 +93,9 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::selectedFileChanged, this, &UploadConfirmationView::refresh);
     connect(&m_model, &AppModel::isSelectedMachineBusyChanged, this,
             &UploadConfirmationView::refresh);
+    connect(&m_model, &AppModel::machineLimitsChanged, this, &UploadConfirmationView::refresh);
+    if (JobAnalysis* analysis = m_model.jobAnalysis())
+        connect(analysis, &Operation::finished, this, &UploadConfirmationView::refresh);
     refresh();
 }
 
@@ -178,6 +189,8 @@ void UploadConfirmationView::refresh() {
     const bool duplicate = m_model.isRecentDuplicate();
     m_warning->setVisible(duplicate);
     m_busy->setVisible(m_model.isSelectedMachineBusy());
+    m_fit->setText(doesNotFitLine(m_model, selectedJobFitProblems(m_model)));
+    m_fit->setVisible(!m_fit->text().isEmpty());
     QLayout* content = layout();
     const int width = std::max(sheetWidth, content->totalMinimumSize().width());
     const int needed = content->hasHeightForWidth() ? content->totalHeightForWidth(width)

@@ -45,6 +45,7 @@ private:
     ElidedLabel* m_size = nullptr;
     ElidedLabel* m_remotePath = nullptr;
     QLabel* m_busy = nullptr;
+    QLabel* m_fit = nullptr;
     QWidget* m_warning = nullptr;
     ToggleSwitch* m_uploadAgain = nullptr;
     QPushButton* m_uploadButton = nullptr;

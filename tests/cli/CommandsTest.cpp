@@ -6,6 +6,7 @@
 #include "cli/ExitCode.h"
 #include "cli/ProgressBar.h"
 #include "discovery/Announcer.h"
+#include "gcode/MachineFit.h"
 #include "support/SimProcess.h"
 #include "support/TestFiles.h"
 #include "update/FeedServer.h"
@@ -182,12 +183,44 @@ private Q_SLOTS:
                uR"("partial":false,"rapid":{"max":[0,0,12.7],"min":[0,0,12.7]},)"
                uR"("spindle":{"max":8000,"min":8000},"tools":[3],"units":"inch","warnings":[]})"
                u"\n"_s);
-        cliRow("inspect text", u"inspect "_s + job, 0,
-               job + u"\nLines: 5, moves: 3, units: inch\nCutting: 50.800 × 50.800 × 15.240 mm "
-                     u"(X -25.400 to 25.400, Y 0.000 to 50.800, Z -2.540 to 12.700)\nRapid: "
-                     u"0.000 × 0.000 × 0.000 mm (X 0.000 to 0.000, Y 0.000 to 0.000, Z 12.700 to "
-                     u"12.700)\nTools: T3\nSpindle: 8,000 to 8,000 rpm\nFeed: 254 to 254 mm/min\n"
-                     u"Time: about 0.5 min\n"_s);
+        const QString jobText =
+            job + u"\nLines: 5, moves: 3, units: inch\nCutting: 50.800 × 50.800 × 15.240 mm "
+                  u"(X -25.400 to 25.400, Y 0.000 to 50.800, Z -2.540 to 12.700)\nRapid: "
+                  u"0.000 × 0.000 × 0.000 mm (X 0.000 to 0.000, Y 0.000 to 0.000, Z 12.700 to "
+                  u"12.700)\nTools: T3\nSpindle: 8,000 to 8,000 rpm\nFeed: 254 to 254 mm/min\n"
+                  u"Time: about 0.5 min\n"_s;
+        cliRow("inspect text", u"inspect "_s + job, 0, jobText);
+        cliRow("inspect fits", u"inspect %1 --limits 50.8,50.8,15.24,,3"_s.arg(job), 0,
+               jobText + u"Fits: the job fits the machine's limits.\n"_s);
+        cliRow("inspect does not fit", u"inspect %1 --limits 50,60,20,6000"_s.arg(job), 0,
+               jobText + u"Does not fit: The cuts span 50.8 mm in X; this machine travels 50.0 "
+                         u"mm.\nDoes not fit: The job turns the spindle at 8,000 rpm; this "
+                         u"machine reaches 6,000 rpm.\n"_s);
+        const auto badLimits = [&](const char* name, const QString& option, const QString& err) {
+            cliRow(name, u"inspect %1 %2"_s.arg(job, option), 2, {}, err + u'\n');
+        };
+        badLimits(
+            "limits too few", u"--limits 1,2"_s,
+            u"--limits takes 3 to 6 values separated by commas: X,Y,Z[,RPM[,TOOLS[,FEED]]]."_s);
+        badLimits("limits travel", u"--limits 1,0,1"_s,
+                  u"--limits: the travel in Y must be a number of millimetres greater than 0, "
+                  u"not “0”."_s);
+        badLimits("limits rpm", u"--limits 1,1,1,fast"_s,
+                  u"--limits: the highest spindle speed must be a number of rpm greater than 0, "
+                  u"not “fast”."_s);
+        badLimits("limits tools", u"--limits 1,1,1,,2.5"_s,
+                  u"--limits: the number of tool positions must be a whole number of at least 1, "
+                  u"not “2.5”."_s);
+        badLimits("limits feed", u"--limits 1,1,1,,,-3"_s,
+                  u"--limits: the highest feed must be a number of mm/min greater than 0, not "
+                  u"“-3”."_s);
+        badLimits("limits and machine", u"--limits 1,1,1 --machine 127.0.0.1"_s,
+                  u"Give either --limits or --machine, not both."_s);
+        badLimits("machine by name", u"--machine Mill"_s,
+                  u"Enter a valid IPv4 address and port."_s);
+        badLimits("machine without limits", u"--machine 127.0.0.1"_s,
+                  u"No limits are stored for 127.0.0.1:2222. Enter them in the app under "
+                  u"“Machine limits…”, or give --limits."_s);
         const QString rapid = writeFile(dir, u"rapid.nc"_s, "G21 G0 X1\n").toLocalFile();
         cliRow("inspect nothing set", u"inspect "_s + rapid, 0,
                rapid + u"\nLines: 1, moves: 1, units: mm\nCutting: none\nRapid: 0.000 × 0.000 × "
@@ -203,7 +236,8 @@ private Q_SLOTS:
                u"inspect "_s + writeFile(dir, u"inspect.txt"_s, "G0 X1\n").toLocalFile(), 2, {},
                JobFileError::unsupportedExtension(u"txt"_s).description() + u'\n');
         cliRow("inspect no file", u"inspect"_s, 2, {},
-               u"Usage: tarnwick-cli inspect FILE [--json]\n"_s);
+               u"Usage: tarnwick-cli inspect FILE [--json] [--limits X,Y,Z[,RPM[,TOOLS[,FEED]]] | "
+               u"--machine ADDRESS[:PORT]]\n"_s);
     }
     void run() {
         QFETCH(QStringList, arguments);
@@ -217,6 +251,28 @@ private Q_SLOTS:
             }
         });
         QCOMPARE(result.all(), expected);
+    }
+
+    // What the app stored for one machine is what inspect checks; another machine's is not.
+    void inspectUsesTheLimitsStoredForTheMachine() {
+        const Cli cli;
+        settings::setMachineLimits(*cli.store(), u"127.0.0.1:2222"_s,
+                                   gcode::toJson({{1, 100, 100}, {}, {}, 500}));
+        settings::setMachineLimits(*cli.store(), u"127.0.0.1:4000"_s,
+                                   gcode::toJson({{100, 100, 100}, {}, {}, {}}));
+        const QString job =
+            writeFile(dir, u"wide.nc"_s, "G21 G0 X0 Y0 Z0\nG1 X2.5 F800\n").toLocalFile();
+        const auto fits = [&](const QString& machine) {
+            const CliResult result =
+                cli.run({u"inspect"_s, job, u"--json"_s, u"--machine"_s, machine});
+            return QJsonDocument(result.jsonLines().value(0).value(u"fits"_s).toObject())
+                .toJson(QJsonDocument::Compact);
+        };
+        QCOMPARE(fits(u"127.0.0.1"_s),
+                 R"({"ok":false,"reasons":["The cuts span 2.5 mm in X; this machine travels )"
+                 R"(1.0 mm.","The job feeds at 800 mm/min; this machine feeds at most 500 )"
+                 R"(mm/min."]})"_ba);
+        QCOMPARE(fits(u"127.0.0.1:4000"_s), R"({"ok":true,"reasons":[]})"_ba);
     }
 
     // The feed server answers from this process, so the tool runs while the event loop turns.

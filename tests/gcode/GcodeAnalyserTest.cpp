@@ -1,6 +1,7 @@
 #include "gcode/GcodeAnalyser.h"
 
 #include "gcode/FileAnalysis.h"
+#include "gcode/MachineFit.h"
 
 #include <QTemporaryFile>
 #include <QTest>
@@ -231,6 +232,62 @@ private Q_SLOTS:
         QList<int> descending(2000);
         std::iota(descending.rbegin(), descending.rend(), 1);
         QCOMPARE(analyse(changes).tools, descending);
+    }
+
+    void checksTheFit_data() {
+        QTest::addColumn<QByteArray>("program");
+        QTest::addColumn<std::optional<MachineLimits>>("limits");
+        QTest::addColumn<std::optional<QStringList>>("expected");
+        // Cuts 412 × 10 × 6 mm away from the origin, tool 7 at 24000 rpm and 5000 mm/min.
+        const QByteArray job = "G21 T7 M6 S24000 M3\nG0 X1000 Y-50 Z5\nG1 Z-1 F5000\n"
+                               "G1 X1412 Y-40\n";
+        const MachineLimits roomy{{500, 500, 100}, 24000, 8, 5000};
+        const auto with = [&](auto change) {
+            MachineLimits limits = roomy;
+            change(limits);
+            return std::optional(limits);
+        };
+        const QString span = u"The cuts span 412.0 mm in X; this machine travels 360.0 mm."_s;
+        const QString tool = u"The job uses tool T7; this machine's tool changer goes up to T6."_s;
+        const QString rpm = u"The job turns the spindle at 24,000 rpm; this machine reaches "
+                            u"18,000 rpm."_s;
+        const QString feed =
+            u"The job feeds at 5,000 mm/min; this machine feeds at most 4,000 mm/min."_s;
+        QTest::newRow("no limits, no check")
+            << job << std::optional<MachineLimits>() << std::optional<QStringList>();
+        QTest::newRow("fits at the limits")
+            << job << std::optional(roomy) << std::optional(QStringList());
+        QTest::newRow("span") << job << with([](auto& l) { l.travel.x = 360; })
+                              << std::optional(QStringList{span});
+        QTest::newRow("tool") << job << with([](auto& l) { l.toolPositions = 6; })
+                              << std::optional(QStringList{tool});
+        QTest::newRow("spindle") << job << with([](auto& l) { l.highestSpindleRpm = 18000; })
+                                 << std::optional(QStringList{rpm});
+        QTest::newRow("feed") << job << with([](auto& l) { l.highestFeed = 4000; })
+                              << std::optional(QStringList{feed});
+        QTest::newRow("optional ones left out")
+            << job << std::optional(MachineLimits{{500, 500, 100}, {}, {}, {}})
+            << std::optional(QStringList());
+        QTest::newRow("all") << job << std::optional(MachineLimits{{360, 5, 2}, 18000, 6, 4000})
+                             << std::optional(QStringList{
+                                    span,
+                                    u"The cuts span 10.0 mm in Y; this machine travels "
+                                    u"5.0 mm."_s,
+                                    u"The cuts span 6.0 mm in Z; this machine travels 2.0 mm."_s,
+                                    tool, rpm, feed});
+        // 10 inches are 254 mm, and 100 inches a minute 2540 mm.
+        QTest::newRow("inches")
+            << "G20 G0 X0 Y0 Z0\nG1 X10 F100\n"_ba
+            << std::optional(MachineLimits{{250, 1, 1}, {}, {}, 2000})
+            << std::optional(QStringList{
+                   u"The cuts span 254.0 mm in X; this machine travels 250.0 mm."_s,
+                   u"The job feeds at 2,540 mm/min; this machine feeds at most 2,000 mm/min."_s});
+    }
+    void checksTheFit() {
+        QFETCH(QByteArray, program);
+        QFETCH(std::optional<MachineLimits>, limits);
+        QFETCH(std::optional<QStringList>, expected);
+        QCOMPARE(fitProblems(analyse(program), limits, QLocale(QLocale::English)), expected);
     }
 
     // Empty, unterminated, CR LF with a blank line, and CR alone.

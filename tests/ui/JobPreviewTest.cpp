@@ -4,9 +4,15 @@
 #include "ui/FileJobAnalyser.h"
 #include "ui/JobPreviewTexts.h"
 #include "ui/JobPreviewView.h"
+#include "ui/MachineLimitsDialog.h"
+#include "ui/PathColours.h"
 #include "ui/Style.h"
 #include "ui/ToolpathRaster.h"
+#include "ui/ToolpathView.h"
+#include "ui/UploadConfirmationView.h"
 
+#include <QDoubleSpinBox>
+#include <QPushButton>
 #include <QTest>
 
 using namespace tarnwick;
@@ -23,6 +29,13 @@ QString facts(const QList<JobPreviewTexts::Row>& rows) {
     for (const JobPreviewTexts::Row& row : rows)
         lines << row.label + u": "_s + row.value;
     return lines.join(u'\n');
+}
+
+// The colour of the shallowest cut in the widget's palette.
+QColor shallowest(const QWidget* widget) {
+    return PathColours(style::accent(widget), style::secondaryText(widget),
+                       style::panelFill(widget))
+        .depth(0);
 }
 
 } // namespace
@@ -83,10 +96,101 @@ private Q_SLOTS:
         analyser.finish();
         QTransform toPixels;
         toPixels.translate(10, 10).scale(2, 2);
-        const QImage image = rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 100},
-                                               Qt::red, Qt::gray);
+        // Red stays red over white, and one depth colours every cut.
+        const PathColours colours(Qt::red, Qt::gray, Qt::white);
+        const QImage image =
+            rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 100}, colours, 0, 0);
         for (const QPointF& point : drawn)
             QCOMPARE(image.pixelColor(toPixels.map(point).toPoint()), QColor(Qt::red));
+    }
+
+    // The shallowest cut takes one end of the scale and the deepest the other.
+    void coloursCutsByDepth() {
+        gcode::GcodeAnalyser analyser;
+        const QByteArray program =
+            "G21 M3 F100\nG0 X0 Y0 Z0\nG1 X40\nG0 Z5\nG0 Y20\nG1 Z-5\nG1 X0\n";
+        analyser.feed(program.constData(), program.size());
+        analyser.finish();
+        QTransform toPixels;
+        toPixels.translate(10, 10).scale(2, 2);
+        const PathColours colours(QColor(0x0a84ff), Qt::gray, QColor(0x323232));
+        const QImage image =
+            rasteriseToolpath(analyser.sketch().vertices(), toPixels, {120, 80}, colours, 0, -5);
+        QCOMPARE(image.pixelColor(toPixels.map(QPointF(20, 0)).toPoint()), colours.depth(0));
+        QCOMPARE(image.pixelColor(toPixels.map(QPointF(20, 20)).toPoint()), colours.depth(1));
+        QVERIFY(colours.depth(0) != colours.depth(1));
+    }
+
+    // Cuts at both ends of the depth scale and rapid moves stand out from the background by at
+    // least 3:1, whatever the palette's own accent and secondary colours.
+    void keepsTheContrast_data() {
+        QTest::addColumn<QColor>("accent");
+        QTest::addColumn<QColor>("secondary");
+        QTest::addColumn<QColor>("background");
+        QTest::newRow("dark") << QColor(0x0a84ff) << QColor(0x8d8d93) << QColor(0x323232);
+        QTest::newRow("dark, dim accent")
+            << QColor(0x1d3b8a) << QColor(0x5a5a5a) << QColor(0x3a3a3a);
+        QTest::newRow("light, pale accent")
+            << QColor(0x9ad0ff) << QColor(0xc8c8c8) << QColor(0xf4f4f4);
+    }
+    void keepsTheContrast() {
+        QFETCH(QColor, accent);
+        QFETCH(QColor, secondary);
+        QFETCH(QColor, background);
+        QCOMPARE(contrastRatio(Qt::black, Qt::white), 21.0);
+        const PathColours colours(accent, secondary, background);
+        for (const QColor& colour :
+             {colours.depth(0), colours.depth(0.5), colours.depth(1), colours.rapid()})
+            QVERIFY2(contrastRatio(colour, background) >= 3, qPrintable(colour.name()));
+    }
+
+    // The point under the cursor stays there as the view zooms and pans; a double click fits the
+    // whole path again, and the keys zoom and pan about the centre.
+    void zoomsAndPansAboutTheCursor() {
+        gcode::GcodeAnalyser analyser;
+        const QByteArray program = "G21 M3 S1000 F100\nG0 X0 Y0 Z1\nG1 X100 Y60\nG1 X0\n";
+        analyser.feed(program.constData(), program.size());
+        analyser.finish();
+        ToolpathView view;
+        view.resize(400, 300);
+        view.setPath(analyser.sketch().vertices());
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        const QPointF corner(100, 60);
+        const QPointF fitted = view.mapFromPath(corner);
+        const auto drawnAt = [&](QPointF position) {
+            return view.grab().toImage().pixelColor(position.toPoint()) == shallowest(&view);
+        };
+        QVERIFY(drawnAt(fitted));
+
+        const qreal reach = QLineF(view.mapFromPath({}), fitted).length();
+        QWheelEvent wheel(fitted, view.mapToGlobal(fitted), {}, {0, 480}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&view, &wheel);
+        QCOMPARE(view.mapFromPath(corner), fitted);
+        QVERIFY(QLineF(view.mapFromPath({}), fitted).length() > 1.9 * reach);
+        QVERIFY(drawnAt(fitted));
+
+        const QPoint target(120, 200);
+        QTest::mousePress(&view, Qt::LeftButton, {}, fitted.toPoint());
+        QTest::mouseMove(&view, target);
+        QTest::mouseRelease(&view, Qt::LeftButton, {}, target);
+        // The mouse moves in whole pixels.
+        const QPointF dragged = target + fitted - fitted.toPoint();
+        QCOMPARE(view.mapFromPath(corner), dragged);
+        QVERIFY(drawnAt(dragged));
+
+        QTest::mouseDClick(&view, Qt::LeftButton, {}, target);
+        QCOMPARE(view.mapFromPath(corner), fitted);
+
+        const QPointF centre(200, 150);
+        const QPointF middle = view.mapToPath(centre);
+        QTest::keyClick(&view, Qt::Key_Plus);
+        QCOMPARE(view.mapFromPath(middle), centre);
+        QTest::keyClick(&view, Qt::Key_Left);
+        QCOMPARE(view.mapFromPath(middle), centre + QPointF(40, 0));
+        QTest::keyClick(&view, Qt::Key_0);
+        QCOMPARE(view.mapFromPath(corner), fitted);
     }
 
     void roundsTheTime() {
@@ -96,8 +200,8 @@ private Q_SLOTS:
             QCOMPARE(JobPreviewTexts::duration(seconds, english), QString::fromLatin1(text));
     }
 
-    // The view follows each new choice; the path is drawn in the accent colour, and long rows
-    // keep to the window's width.
+    // The view follows each new choice; the path is drawn from above and from the front, and long
+    // rows keep to the window's width.
     void followsTheChosenFile() {
         ModelHarness h;
         h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
@@ -119,12 +223,16 @@ private Q_SLOTS:
         QCOMPARE(shownText(&view, u"previewWarnings"_s),
                  JobPreviewTexts::partialNote() +
                      u"\nLine 4: O is not supported, so the analysis is partial."_s);
-        const QImage drawing = view.findChild<QWidget*>(u"toolpath"_s)->grab().toImage();
-        bool accent = false;
-        for (int y = 0; y < drawing.height() && !accent; ++y)
-            for (int x = 0; x < drawing.width() && !accent; ++x)
-                accent = drawing.pixelColor(x, y) == style::accent(&view);
-        QVERIFY(accent);
+        // Every cut is as deep as the shallowest, from above and from the front.
+        const QColor shallow = shallowest(&view);
+        for (const QString& name : {u"toolpath"_s, u"sideView"_s}) {
+            const QImage drawing = view.findChild<QWidget*>(name)->grab().toImage();
+            bool drawn = false;
+            for (int y = 0; y < drawing.height() && !drawn; ++y)
+                for (int x = 0; x < drawing.width() && !drawn; ++x)
+                    drawn = drawing.pixelColor(x, y) == shallow;
+            QVERIFY2(drawn, qPrintable(name));
+        }
 
         // Twenty tools elide, whole in the tooltip, and never widen the window.
         const int least = view.minimumSizeHint().width();
@@ -144,6 +252,49 @@ private Q_SLOTS:
         h.model->chooseFile(*h.model->selectedFile());
         QTRY_VERIFY(
             shownText(&view, u"previewStatus"_s).startsWith(u"The file could not be read: "_s));
+    }
+
+    // Limits entered for one machine are kept by its identity; the preview and the sheet then
+    // say in one line that the job does not fit it, and Upload stays enabled.
+    void saysWhenTheJobDoesNotFitTheMachine() {
+        WindowHarness h;
+        h.model->setJobAnalyser(std::make_unique<FileJobAnalyser>());
+        QVERIFY(h.show());
+        const Machine mill = ModelHarness::machine(u"Bench Mill"_s, u"10.0.0.7"_s);
+        h.selectFound(mill);
+        QTest::mouseClick(child<QPushButton>(&h.window, u"machineLimitsButton"_s), Qt::LeftButton);
+        auto* dialog = waitForWindow<MachineLimitsDialog>(u"machineLimits"_s);
+        QVERIFY(dialog);
+        child<QDoubleSpinBox>(dialog, u"travelX"_s)->setValue(360);
+        child<QDoubleSpinBox>(dialog, u"travelY"_s)->setValue(200);
+        auto* save = child<QPushButton>(dialog, u"saveLimitsButton"_s);
+        QVERIFY(!save->isEnabled());
+        child<QDoubleSpinBox>(dialog, u"travelZ"_s)->setValue(100);
+        child<QSpinBox>(dialog, u"toolPositions"_s)->setValue(6);
+        QTest::mouseClick(save, Qt::LeftButton);
+        QCOMPARE(gcode::limitsFromJson(h.model->persistence().machineLimits(mill.id())),
+                 std::optional(gcode::MachineLimits{{360, 200, 100}, {}, 6, {}}));
+
+        const QString span = u"The cuts span 412.0 mm in X; this machine travels 360.0 mm."_s;
+        h.model->chooseFile(
+            JobFile::fromUrl(
+                writeFile(h.dir, u"wide.nc"_s, "G21 T7 M6 S9000 M3\nG0 X0 Y0 Z0\nG1 X412 F500\n"))
+                .value());
+        QTRY_COMPARE(shownText(&h.window, u"previewFit"_s),
+                     u"This job does not fit Bench Mill. "_s + span);
+        QCOMPARE(shownText(&h.window, u"previewWarnings"_s),
+                 span + u"\nThe job uses tool T7; this machine's tool changer goes up to T6."_s);
+        h.model->prepareUpload();
+        auto* sheet = waitForWindow<UploadConfirmationView>(u"uploadConfirmation"_s);
+        QVERIFY(sheet);
+        QCOMPARE(shownText(sheet, u"sheetFit"_s), u"This job does not fit Bench Mill. "_s + span);
+        QVERIFY(child<QPushButton>(sheet, u"uploadButton"_s)->isEnabled());
+        sheet->reject();
+
+        // Another machine has no limits, so nothing is checked.
+        h.selectFound(ModelHarness::machine(u"Lathe"_s, u"10.0.0.8"_s));
+        QCOMPARE(shownText(&h.window, u"previewFit"_s) + shownText(&h.window, u"previewWarnings"_s),
+                 u"<0 shown><0 shown>"_s);
     }
 };
 
