@@ -519,10 +519,6 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <translation>Manuelle Maschine</translation>
     </message>
     <message>
-        <source>The upload history could not be saved: %1</source>
-        <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
-    </message>
-    <message>
         <source>The machine&apos;s limits could not be saved: %1</source>
         <translation>Die Grenzen der Maschine konnten nicht gespeichert werden: %1</translation>
     </message>
