@@ -176,8 +176,8 @@ std::optional<QList<UploadRecord>> AppPersistence::readUploadRecords() const {
 AppPersistence::Opener AppPersistence::opener() const {
     return [fileName = m_store->fileName(), format = m_store->format(), wait = m_lockWait] {
         auto store = std::make_unique<AppPersistence>(
-            format == QSettings::IniFormat ? std::make_unique<QSettings>(fileName, format)
-                                           : openStandardStore());
+            format == QSettings::NativeFormat ? openStandardStore()
+                                              : std::make_unique<QSettings>(fileName, format));
         store->setLockWait(wait);
         return store;
     };
