@@ -191,12 +191,24 @@ void AppModel::selectMachines(const QList<Machine>& machines) {
         selectMachine(machines.isEmpty() ? std::nullopt : std::optional(machines.first()));
         return;
     }
+    // Only a machine that joins the selection is asked again; the others' status stands.
+    QList<Machine> joining;
+    for (const Machine& machine : machines) {
+        if (std::none_of(m_selectedMachines.cbegin(), m_selectedMachines.cend(),
+                         [&](const Machine& m) { return m.id() == machine.id(); }))
+            joining.append(machine);
+    }
+    const bool firstChanged =
+        !m_selectedMachine || m_selectedMachine->id() != machines.first().id();
     setSelectedMachines(machines);
-    setSelectedMachine(machines.first());
-    m_persistence->setSelectedMachine(m_selectedMachine);
-    checkConnection();
-    for (const Machine& machine : machines.sliced(1))
-        checkConnection(machine, CheckFailure::Silent);
+    if (firstChanged) {
+        setSelectedMachine(machines.first());
+        m_persistence->setSelectedMachine(m_selectedMachine);
+    }
+    for (const Machine& machine : std::as_const(joining)) {
+        checkConnection(machine, machine.id() == machines.first().id() ? CheckFailure::Reported
+                                                                       : CheckFailure::Silent);
+    }
 }
 
 void AppModel::checkSelectedMachine() {

@@ -70,6 +70,10 @@ public:
     // The selected machine's last announcement said that it is busy. A connection check
     // replaces the busy status with what it found, so the flag is kept beside the status.
     bool isSelectedMachineBusy() const;
+    // The listed machine's last announcement said that it is busy.
+    bool isAnnouncedBusy(const QString& machineID) const {
+        return m_announcedBusy.contains(machineID);
+    }
 
     // The views write these two directly: a file's validation message or the alert's dismissal,
     // and the sheet's dismissal. A message from a view has no lastFailure.

@@ -456,9 +456,12 @@ private Q_SLOTS:
     }
 
     void droppedFilesAreValidatedLikeChosenOnes() {
-        // Two files at once are not a choice: the window does not take them.
-        QVERIFY(!drop(&h->window,
-                      {writeFile(h->dir, u"a.nc"_s, "G0"), writeFile(h->dir, u"b.nc"_s, "G0")}));
+        // Several files at once are all chosen; the first is the one shown.
+        const QList<QUrl> two{writeFile(h->dir, u"a.nc"_s, "G0"),
+                              writeFile(h->dir, u"b.nc"_s, "G0")};
+        QVERIFY(drop(&h->window, two));
+        QCOMPARE(h->model->selectedFiles().size(), 2);
+        QCOMPARE(h->model->selectedFile()->url, two.first());
         QVERIFY(drop(&h->window, {writeFile(h->dir, u"notes.txt"_s, "G0")}));
         QCOMPARE(h->model->errorMessage(),
                  std::optional(Error(JobFileError::unsupportedExtension(u"txt"_s)).description()));
@@ -495,11 +498,11 @@ private Q_SLOTS:
         tabTo("chooseFileButton");
         press(Qt::Key_Space);
         QTRY_COMPARE(QApplication::focusWidget()->window()->objectName(), u"jobFilePanel"_s);
-        // The panel offers job files only, one existing file at a time.
+        // The panel offers existing job files only, one or several.
         auto* panel = find<QFileDialog>("jobFilePanel");
         QCOMPARE(panel->windowTitle(), u"Choose a Makera job file"_s);
         QCOMPARE(panel->labelText(QFileDialog::Accept), u"Choose"_s);
-        QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
+        QCOMPARE(panel->fileMode(), QFileDialog::ExistingFiles);
         QCOMPARE(panel->nameFilters(), QStringList{u"Makera job files (*.nc *.cnc *.gcode)"_s});
         QTest::keyClicks(QApplication::focusWidget(), file.url.toLocalFile());
         press(Qt::Key_Return);
