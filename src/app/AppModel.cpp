@@ -26,7 +26,9 @@ AppModel::AppModel(std::unique_ptr<MachineDiscovering> discoverer,
     }
     m_queue = new UploadQueue(*m_persistence, m_makeUploader, this);
     m_queue->setClock([this] { return m_now(); });
-    connect(m_queue, &UploadQueue::ended, this, [this] { setUploading(false); });
+    // A retried pair makes the queue run again, and the window treats it as an upload again.
+    connect(m_queue, &UploadQueue::runningChanged, this,
+            [this] { setUploading(m_queue->isRunning()); });
     if (m_selectedMachine && m_selectedMachine->status == Machine::ConnectionStatus::Busy)
         m_announcedBusy.insert(m_selectedMachine->id());
     restoreRecentFiles();
