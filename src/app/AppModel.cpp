@@ -399,6 +399,7 @@ void AppModel::upload(bool duplicateConfirmed) {
         return;
     if (isQueueUpload())
         return startQueue(duplicateConfirmed);
+    m_queue->clear();
     const Machine machine = *m_selectedMachine;
     const JobFile file = *m_selectedFile;
 

@@ -73,6 +73,14 @@ void UploadQueue::start(const QList<JobFile>& files, const QList<Machine>& machi
     noteRunning();
 }
 
+void UploadQueue::clear() {
+    if (isRunning() || m_pairs.isEmpty())
+        return;
+    m_pairs.clear();
+    m_workflows.clear();
+    Q_EMIT pairsReset();
+}
+
 // Each machine takes the pair that has waited longest for it, as soon as it has none running.
 void UploadQueue::startNextPairs() {
     QSet<QString> occupied;

@@ -62,6 +62,8 @@ public:
     // queue runs.
     void start(const QList<JobFile>& files, const QList<Machine>& machines,
                bool duplicateConfirmed);
+    // Forgets an ended queue, such as when a single upload takes its place.
+    void clear();
     // A waiting pair is dropped at once; a running one tells its machine that the upload stops.
     void cancel(qsizetype row);
     void cancelAll();

@@ -27,13 +27,32 @@ SelectedMachinesView::SelectedMachinesView(AppModel& model, QWidget* parent)
 void SelectedMachinesView::showMachines() {
     const QList<Machine>& machines = m_model.selectedMachines();
     setVisible(machines.size() > 1);
+    QStringList ids;
+    for (const Machine& machine : machines)
+        ids << machine.id();
+    if (machines.size() <= 1)
+        ids.clear();
+    if (ids != m_shownIDs) {
+        m_shownIDs = ids;
+        makeRows();
+    }
+    for (qsizetype i = 0; i < m_badges.size(); ++i) {
+        const Machine& machine = machines.at(i);
+        m_badges[i]->setStatus(m_model.isAnnouncedBusy(machine.id())
+                                   ? Machine::ConnectionStatus::Busy
+                                   : machine.status);
+    }
+}
+
+void SelectedMachinesView::makeRows() {
     while (QLayoutItem* item = m_rows->takeAt(0)) {
         delete item->widget();
         delete item;
     }
-    if (machines.size() <= 1)
+    m_badges.clear();
+    if (m_shownIDs.isEmpty())
         return;
-    for (const Machine& machine : machines) {
+    for (const Machine& machine : m_model.selectedMachines()) {
         auto* row = new QWidget(this);
         row->setObjectName(QStringLiteral("selectedMachineRow"));
         auto* layout = new QHBoxLayout(row);
@@ -45,8 +64,8 @@ void SelectedMachinesView::showMachines() {
         auto* address = new ElidedLabel(row);
         address->setFullText(machineSubtitle(machine));
         style::makeSecondary(address);
-        const bool busy = m_model.isAnnouncedBusy(machine.id());
-        auto* badge = new StatusBadge(busy ? Machine::ConnectionStatus::Busy : machine.status, row);
+        auto* badge = new StatusBadge(machine.status, row);
+        m_badges.append(badge);
         layout->addWidget(name, 1);
         layout->addWidget(address, 2);
         layout->addWidget(badge, 0, Qt::AlignVCenter);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QWidget>
 
 class QVBoxLayout;
@@ -10,8 +11,10 @@ class AppModel;
 
 namespace tarnwick::ui {
 
-// The machines selected together, one line each: name, address and status. A handful of rows
-// that the user picked, so it is drawn again whenever the selection or a status changes.
+class StatusBadge;
+
+// The machines selected together, one line each: name, address and status. The rows are made
+// again only when the machines change; a status changes its badge in place.
 class SelectedMachinesView : public QWidget {
     Q_OBJECT
 
@@ -21,8 +24,13 @@ public:
 private:
     void showMachines();
 
+    void makeRows();
+
     AppModel& m_model;
     QVBoxLayout* m_rows;
+    // The machines the rows show, by id, and each row's badge.
+    QStringList m_shownIDs;
+    QList<StatusBadge*> m_badges;
 };
 
 } // namespace tarnwick::ui
