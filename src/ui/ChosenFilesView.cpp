@@ -65,6 +65,9 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     m_list->setAccessibleName(tr("Chosen files"));
     m_list->setModel(new ChosenFilesModel(m_model, m_list));
     m_list->setUniformItemSizes(true);
+    m_list->setSpacing(2);
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->installEventFilter(this);
     layout->addWidget(m_list, 1);
     m_remove = new QPushButton(tr("Remove"), this);
@@ -88,7 +91,8 @@ void ChosenFilesView::showFiles() {
     const QList<JobFile>& files = m_model.selectedFiles();
     setVisible(files.size() > 1);
     const int rows = int(std::min<qsizetype>(files.size(), visibleRows));
-    m_list->setFixedHeight(std::max(rows, 1) * std::max(m_list->sizeHintForRow(0), 1) +
+    m_list->setFixedHeight(std::max(rows, 1) *
+                               (std::max(m_list->sizeHintForRow(0), 1) + 2 * m_list->spacing()) +
                            2 * m_list->frameWidth());
     const auto& shown = m_model.selectedFile();
     const qsizetype row = shown ? files.indexOf(*shown) : -1;

@@ -39,6 +39,9 @@ PlannedUploadsView::PlannedUploadsView(AppModel& model, QWidget* parent)
     setUniformItemSizes(true);
     setEditTriggers(NoEditTriggers);
     setSelectionMode(NoSelection);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setTextElideMode(Qt::ElideMiddle);
+    setSpacing(2);
 }
 
 void PlannedUploadsView::refresh() {
@@ -47,7 +50,8 @@ void PlannedUploadsView::refresh() {
         rows << pairText(pair, m_model.isAnnouncedBusy(pair.machine.id()));
     static_cast<QStringListModel*>(model())->setStringList(rows);
     const int shown = int(std::min<qsizetype>(rows.size(), visibleRows));
-    setFixedHeight(std::max(shown, 1) * std::max(sizeHintForRow(0), 1) + 2 * frameWidth());
+    setFixedHeight(std::max(shown, 1) * (std::max(sizeHintForRow(0), 1) + 2 * spacing()) +
+                   2 * frameWidth());
 }
 
 } // namespace tarnwick::ui
