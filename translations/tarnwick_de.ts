@@ -771,6 +771,84 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     </message>
 </context>
 <context>
+    <name>tarnwick::UploadQueue</name>
+    <message>
+        <source>Waiting</source>
+        <translation>Wartet</translation>
+    </message>
+    <message>
+        <source>Checking the file</source>
+        <translation>Datei wird geprüft</translation>
+    </message>
+    <message>
+        <source>Sending</source>
+        <translation>Wird gesendet</translation>
+    </message>
+    <message>
+        <source>Sent</source>
+        <translation>Gesendet</translation>
+    </message>
+    <message>
+        <source>Sent, but the upload history could not be saved: %1</source>
+        <translation>Gesendet, aber der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Not sent: this file went to this machine in the last 24 hours</source>
+        <translation>Nicht gesendet: Diese Datei ging in den letzten 24 Stunden an diese Maschine</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %n sent</source>
+        <translation>
+            <numerusform>%1 von %n gesendet</numerusform>
+            <numerusform>%1 von %n gesendet</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1, %2: %3</source>
+        <translation>%1, %2: %3</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n failed: %1</source>
+        <translation>
+            <numerusform>%n fehlgeschlagen: %1</numerusform>
+            <numerusform>%n fehlgeschlagen: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>; </source>
+        <translation>; </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n cancelled</source>
+        <translation>
+            <numerusform>%n abgebrochen</numerusform>
+            <numerusform>%n abgebrochen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n not sent as recent duplicates</source>
+        <translation>
+            <numerusform>%n als kürzliches Duplikat nicht gesendet</numerusform>
+            <numerusform>%n als kürzliche Duplikate nicht gesendet</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n not recorded in the upload history</source>
+        <translation>
+            <numerusform>%n nicht im Upload-Verlauf vermerkt</numerusform>
+            <numerusform>%n nicht im Upload-Verlauf vermerkt</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::cli::PairUpload</name>
     <message>
         <source>This exact file was uploaded to this machine in the last 24 hours. Run the command again with --again to send it anyway.</source>
@@ -910,6 +988,26 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     </message>
 </context>
 <context>
+    <name>tarnwick::ui::ChosenFilesView</name>
+    <message>
+        <source>%1 · %2</source>
+        <extracomment>A chosen file: its name and its size.</extracomment>
+        <translation>%1 · %2</translation>
+    </message>
+    <message>
+        <source>Chosen files</source>
+        <translation>Gewählte Dateien</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Remove the chosen file</source>
+        <translation>Die gewählte Datei entfernen</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::ui::ContentView</name>
     <message>
         <source>Makera job files (%1)</source>
@@ -987,6 +1085,10 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>Keep Uploading</source>
         <translation>Weiter hochladen</translation>
+    </message>
+    <message>
+        <source>Uploads</source>
+        <translation>Uploads</translation>
     </message>
 </context>
 <context>
@@ -1427,6 +1529,78 @@ Use “Enter IP address” below to add the machine by its address.</source>
 Meist erlaubt das System Tarnwick nicht, das lokale Netzwerk zu nutzen, eine Firewall sperrt UDP-Port 3333, oder die Maschine liegt in einem anderen Subnetz oder ist über ein VPN verbunden.
 
 Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse hinzu.</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::PlannedUploadsView</name>
+    <message>
+        <source>%1 → %2 (%3) · %4</source>
+        <extracomment>A file going to a machine: the file, the machine, its address and the remote path.</extracomment>
+        <translation>%1 → %2 (%3) · %4</translation>
+    </message>
+    <message>
+        <source>sent in the last 24 hours</source>
+        <translation>in den letzten 24 Stunden gesendet</translation>
+    </message>
+    <message>
+        <source>machine busy</source>
+        <translation>Maschine beschäftigt</translation>
+    </message>
+    <message>
+        <source>machine unavailable</source>
+        <translation>Maschine nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>%1 · %2</source>
+        <comment>a pair and one of its marks</comment>
+        <translation>%1 · %2</translation>
+    </message>
+    <message>
+        <source>Files and machines</source>
+        <translation>Dateien und Maschinen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::QueueListModel</name>
+    <message>
+        <source>%1 → %2</source>
+        <comment>a file going to a machine</comment>
+        <translation>%1 → %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::QueueView</name>
+    <message>
+        <source>Uploads</source>
+        <translation>Uploads</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Cancel the chosen upload</source>
+        <translation>Den gewählten Upload abbrechen</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Retry the chosen upload</source>
+        <translation>Den gewählten Upload wiederholen</translation>
+    </message>
+    <message>
+        <source>Cancel All</source>
+        <translation>Alle abbrechen</translation>
     </message>
 </context>
 <context>

@@ -20,8 +20,15 @@ AppModel::AppModel(std::unique_ptr<MachineDiscovering> discoverer,
     , m_now([] { return QDateTime::currentDateTimeUtc(); }) {
     m_nameOrder.setCaseSensitivity(Qt::CaseInsensitive);
     m_selectedMachine = m_persistence->selectedMachine();
-    if (m_selectedMachine)
+    if (m_selectedMachine) {
         m_machines = {*m_selectedMachine};
+        m_selectedMachines = {*m_selectedMachine};
+    }
+    m_queue = new UploadQueue(*m_persistence, m_makeUploader, this);
+    m_queue->setClock([this] { return m_now(); });
+    // A retried pair makes the queue run again, and the window treats it as an upload again.
+    connect(m_queue, &UploadQueue::runningChanged, this,
+            [this] { setUploading(m_queue->isRunning()); });
     if (m_selectedMachine && m_selectedMachine->status == Machine::ConnectionStatus::Busy)
         m_announcedBusy.insert(m_selectedMachine->id());
     restoreRecentFiles();
@@ -68,6 +75,10 @@ void AppModel::assign(T& field, T value, void (AppModel::*changed)()) {
     Q_EMIT(this->*changed)();
 }
 
+void AppModel::setClock(Clock clock) {
+    m_now = std::move(clock);
+}
+
 void AppModel::setErrorMessage(const std::optional<QString>& message) {
     assign(m_lastFailure, std::optional<Error>(), &AppModel::lastFailureChanged);
     assign(m_errorMessage, message, &AppModel::errorMessageChanged);
@@ -94,6 +105,7 @@ void AppModel::discover() {
     setDiscovering(true);
     setErrorMessage(std::nullopt);
     resetMachines(m_selectedMachine ? QList<Machine>{*m_selectedMachine} : QList<Machine>{});
+    setSelectedMachines(m_selectedMachine ? QList<Machine>{*m_selectedMachine} : QList<Machine>{});
     m_announcedBusy.removeIf(
         [this](const QString& id) { return !m_selectedMachine || id != m_selectedMachine->id(); });
     m_machinesSorted = true;
@@ -170,9 +182,35 @@ bool AppModel::isSelectedMachineBusy() const {
 void AppModel::selectMachine(const std::optional<Machine>& machine) {
     if (!machine)
         return;
+    setSelectedMachines({*machine});
     setSelectedMachine(machine);
     m_persistence->setSelectedMachine(m_selectedMachine);
     checkConnection();
+}
+
+void AppModel::selectMachines(const QList<Machine>& machines) {
+    if (machines.size() <= 1) {
+        selectMachine(machines.isEmpty() ? std::nullopt : std::optional(machines.first()));
+        return;
+    }
+    // Only a machine that joins the selection is asked again; the others' status stands.
+    QList<Machine> joining;
+    for (const Machine& machine : machines) {
+        if (std::none_of(m_selectedMachines.cbegin(), m_selectedMachines.cend(),
+                         [&](const Machine& m) { return m.id() == machine.id(); }))
+            joining.append(machine);
+    }
+    const bool firstChanged =
+        !m_selectedMachine || m_selectedMachine->id() != machines.first().id();
+    setSelectedMachines(machines);
+    if (firstChanged) {
+        setSelectedMachine(machines.first());
+        m_persistence->setSelectedMachine(m_selectedMachine);
+    }
+    for (const Machine& machine : std::as_const(joining)) {
+        checkConnection(machine, machine.id() == machines.first().id() ? CheckFailure::Reported
+                                                                       : CheckFailure::Silent);
+    }
 }
 
 void AppModel::checkSelectedMachine() {
@@ -180,9 +218,11 @@ void AppModel::checkSelectedMachine() {
 }
 
 void AppModel::checkConnection(CheckFailure failure) {
-    if (!m_selectedMachine)
-        return;
-    const Machine machine = *m_selectedMachine;
+    if (m_selectedMachine)
+        checkConnection(*m_selectedMachine, failure);
+}
+
+void AppModel::checkConnection(const Machine& machine, CheckFailure failure) {
     setCheckingConnection(true);
     updateStatus(Machine::ConnectionStatus::Connecting, machine.id());
 
@@ -209,6 +249,12 @@ void AppModel::updateStatus(Machine::ConnectionStatus status, const QString& mac
     Machine updated = *entry;
     updated.status = status;
     changeMachine(entry - m_machines.cbegin(), updated);
+    QList<Machine> selected = m_selectedMachines;
+    for (Machine& machine : selected) {
+        if (machine.id() == machineID)
+            machine = updated;
+    }
+    setSelectedMachines(std::move(selected));
     if (m_selectedMachine && m_selectedMachine->id() == machineID) {
         setSelectedMachine(updated);
         m_persistence->setSelectedMachine(m_selectedMachine);
@@ -227,6 +273,7 @@ std::optional<Error> AppModel::addManualMachine(const QString& ipAddress, quint1
         insertMachine(m_machines.size(), machine);
         m_machinesSorted = false;
     }
+    setSelectedMachines({machine});
     setSelectedMachine(machine);
     m_persistence->setSelectedMachine(m_selectedMachine);
     checkConnection();
@@ -234,10 +281,53 @@ std::optional<Error> AppModel::addManualMachine(const QString& ipAddress, quint1
 }
 
 void AppModel::chooseFile(const JobFile& file) {
+    setSelectedFiles({file});
     m_selectedFile = file;
     Q_EMIT selectedFileChanged();
     analyseSelectedFile();
+    rememberRecentFile(file);
+}
 
+void AppModel::addFiles(const QList<JobFile>& files) {
+    QList<JobFile> chosen = m_selectedFiles;
+    for (const JobFile& file : files) {
+        if (std::none_of(chosen.cbegin(), chosen.cend(),
+                         [&](const JobFile& f) { return f.url == file.url; }))
+            chosen.append(file);
+        rememberRecentFile(file);
+    }
+    setSelectedFiles(std::move(chosen));
+    if (!files.isEmpty() && m_selectedFile != files.first()) {
+        m_selectedFile = files.first();
+        Q_EMIT selectedFileChanged();
+        analyseSelectedFile();
+    }
+}
+
+void AppModel::removeFile(qsizetype index) {
+    if (index < 0 || index >= m_selectedFiles.size())
+        return;
+    QList<JobFile> chosen = m_selectedFiles;
+    const JobFile removed = chosen.takeAt(index);
+    setSelectedFiles(chosen);
+    if (m_selectedFile && m_selectedFile->url == removed.url) {
+        m_selectedFile = chosen.isEmpty()
+                             ? std::nullopt
+                             : std::optional(chosen.at(std::min(index, chosen.size() - 1)));
+        Q_EMIT selectedFileChanged();
+        analyseSelectedFile();
+    }
+}
+
+void AppModel::showFile(qsizetype index) {
+    if (index < 0 || index >= m_selectedFiles.size() || m_selectedFile == m_selectedFiles.at(index))
+        return;
+    m_selectedFile = m_selectedFiles.at(index);
+    Q_EMIT selectedFileChanged();
+    analyseSelectedFile();
+}
+
+void AppModel::rememberRecentFile(const JobFile& file) {
     QList<JobFile> recent = m_recentFiles;
     recent.removeIf([&](const JobFile& f) { return f.url == file.url; });
     recent.prepend(file);
@@ -278,8 +368,31 @@ std::optional<QString> AppModel::remotePath() const {
 bool AppModel::isRecentDuplicate() const {
     if (!m_selectedMachine || !m_selectedFile)
         return false;
+    if (isQueueUpload()) {
+        const QList<PlannedUpload> planned = plannedUploads();
+        return std::any_of(planned.cbegin(), planned.cend(),
+                           [](const PlannedUpload& pair) { return pair.isRecentDuplicate; });
+    }
     return UploadWorkflow::isRecentDuplicate(*m_persistence, *m_selectedMachine, *m_selectedFile,
                                              m_now());
+}
+
+bool AppModel::isQueueUpload() const {
+    return m_selectedFiles.size() > 1 || m_selectedMachines.size() > 1;
+}
+
+QList<PlannedUpload> AppModel::plannedUploads() const {
+    // One read of the history for every pair: the review lists them all at once.
+    const QList<UploadRecord> history = m_persistence->uploadRecords();
+    const QDateTime now = m_now();
+    QList<PlannedUpload> planned;
+    for (const JobFile& file : m_selectedFiles) {
+        for (const Machine& machine : m_selectedMachines)
+            planned.append(
+                {file, machine,
+                 tarnwick::isRecentDuplicate(history, machine.id(), file.id(), file.size, now)});
+    }
+    return planned;
 }
 
 void AppModel::upload(bool duplicateConfirmed) {
@@ -287,6 +400,9 @@ void AppModel::upload(bool duplicateConfirmed) {
         return;
     if (isRecentDuplicate() && !duplicateConfirmed)
         return;
+    if (isQueueUpload())
+        return startQueue(duplicateConfirmed);
+    m_queue->clear();
     const Machine machine = *m_selectedMachine;
     const JobFile file = *m_selectedFile;
 
@@ -362,9 +478,20 @@ void AppModel::recheckAfter(const Error& error, const Machine& machine) {
         checkConnection(CheckFailure::Silent);
 }
 
+void AppModel::startQueue(bool duplicateConfirmed) {
+    setShowConfirmation(false);
+    setProgress(std::nullopt);
+    setErrorMessage(std::nullopt);
+    dismissNotice();
+    setUploading(true);
+    m_queue->start(m_selectedFiles, m_selectedMachines, duplicateConfirmed);
+}
+
 void AppModel::cancelUpload() {
     if (m_upload)
         m_upload->cancel();
+    else
+        m_queue->cancelAll();
 }
 
 void AppModel::insertMachine(qsizetype row, const Machine& machine) {
@@ -387,6 +514,14 @@ void AppModel::resetMachines(QList<Machine> machines) {
     m_machines = std::move(machines);
     Q_EMIT machinesReset();
     Q_EMIT machinesChanged();
+}
+
+void AppModel::setSelectedFiles(QList<JobFile> files) {
+    assign(m_selectedFiles, std::move(files), &AppModel::selectedFilesChanged);
+}
+
+void AppModel::setSelectedMachines(QList<Machine> machines) {
+    assign(m_selectedMachines, std::move(machines), &AppModel::selectedMachinesChanged);
 }
 
 void AppModel::setRecentFiles(QList<JobFile> files) {

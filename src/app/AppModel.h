@@ -2,6 +2,7 @@
 
 #include "app/AppPersistence.h"
 #include "app/Services.h"
+#include "app/UploadQueue.h"
 #include "app/UploadWorkflow.h"
 
 #include <QCollator>
@@ -16,6 +17,13 @@
 #include <optional>
 
 namespace tarnwick {
+
+// One file for one machine as the review shows it before anything is sent.
+struct PlannedUpload {
+    JobFile file;
+    Machine machine;
+    bool isRecentDuplicate = false;
+};
 
 // The one object through which every user action enters the program's logic. It lives on the
 // main thread; every change of its observable state emits the matching *Changed() signal there.
@@ -62,6 +70,10 @@ public:
     // The selected machine's last announcement said that it is busy. A connection check
     // replaces the busy status with what it found, so the flag is kept beside the status.
     bool isSelectedMachineBusy() const;
+    // The listed machine's last announcement said that it is busy.
+    bool isAnnouncedBusy(const QString& machineID) const {
+        return m_announcedBusy.contains(machineID);
+    }
 
     // The views write these two directly: a file's validation message or the alert's dismissal,
     // and the sheet's dismissal. A message from a view has no lastFailure.
@@ -80,6 +92,25 @@ public:
     // not canonical dotted decimal or the port is 0.
     std::optional<Error> addManualMachine(const QString& ipAddress, quint16 port);
     void chooseFile(const JobFile& file);
+
+    // Several files and machines. Every chosen file goes to every selected machine; the first
+    // of each is selectedFile and selectedMachine, so that one of each is the single upload.
+    const QList<JobFile>& selectedFiles() const { return m_selectedFiles; }
+    const QList<Machine>& selectedMachines() const { return m_selectedMachines; }
+    // Adds files after those chosen (one already chosen is not added twice), each becoming a
+    // recent file; the first added is shown.
+    void addFiles(const QList<JobFile>& files);
+    void removeFile(qsizetype index);
+    // Makes a chosen file the one the preview shows; it stays where it is in the list.
+    void showFile(qsizetype index);
+    // The first machine becomes selectedMachine as selectMachine() does; each other machine's
+    // connection is checked too, its failure told by its status alone.
+    void selectMachines(const QList<Machine>& machines);
+    // More than one file or more than one machine: the upload runs as a queue.
+    bool isQueueUpload() const;
+    // Every pair the review would send, files first, then machines.
+    QList<PlannedUpload> plannedUploads() const;
+    UploadQueue& uploadQueue() { return *m_queue; }
     void prepareUpload();
     bool isRecentDuplicate() const;
     std::optional<QString> remotePath() const;
@@ -99,7 +130,7 @@ public:
 
     AppPersistence& persistence() { return *m_persistence; }
     // The time that upload records and the duplicate window are measured with.
-    void setClock(Clock clock) { m_now = std::move(clock); }
+    void setClock(Clock clock);
 
 Q_SIGNALS:
     void machinesChanged();
@@ -112,6 +143,8 @@ Q_SIGNALS:
     void selectedMachineChanged();
     void selectedFileChanged();
     void recentFilesChanged();
+    void selectedFilesChanged();
+    void selectedMachinesChanged();
     void progressChanged();
     void isDiscoveringChanged();
     void isCheckingConnectionChanged();
@@ -135,6 +168,11 @@ private:
         Silent
     };
     void checkConnection(CheckFailure failure = CheckFailure::Reported);
+    void checkConnection(const Machine& machine, CheckFailure failure);
+    void startQueue(bool duplicateConfirmed);
+    void rememberRecentFile(const JobFile& file);
+    void setSelectedFiles(QList<JobFile> files);
+    void setSelectedMachines(QList<Machine> machines);
     void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
     void mergeDiscovered(const Machine& machine);
     void noteAnnouncedBusy(const Machine& machine);
@@ -165,6 +203,9 @@ private:
     QList<Machine> m_machines;
     std::optional<Machine> m_selectedMachine;
     std::optional<JobFile> m_selectedFile;
+    QList<JobFile> m_selectedFiles;
+    QList<Machine> m_selectedMachines;
+    UploadQueue* m_queue = nullptr;
     QList<JobFile> m_recentFiles;
     std::optional<TransferProgress> m_progress;
     bool m_isDiscovering = false;

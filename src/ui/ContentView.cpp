@@ -8,6 +8,7 @@
 #include "ui/FileCard.h"
 #include "ui/JobPreviewView.h"
 #include "ui/MachineSidebar.h"
+#include "ui/QueueView.h"
 #include "ui/RecentFilesView.h"
 #include "ui/RoundedPanel.h"
 #include "ui/SectionBox.h"
@@ -31,6 +32,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tarnwick::ui {
 
 namespace {
@@ -51,11 +54,13 @@ QString jobFileFilter() {
     return ContentView::tr("Makera job files (%1)").arg(patterns.join(QLatin1Char(' ')));
 }
 
-std::optional<QUrl> droppedFile(const QMimeData* data) {
-    if (!data || !data->hasUrls() || data->urls().size() != 1 ||
-        !data->urls().first().isLocalFile())
-        return std::nullopt;
-    return data->urls().first();
+QList<QUrl> droppedFiles(const QMimeData* data) {
+    if (!data || !data->hasUrls())
+        return {};
+    const QList<QUrl> urls = data->urls();
+    const bool allLocal =
+        std::all_of(urls.cbegin(), urls.cend(), [](const QUrl& url) { return url.isLocalFile(); });
+    return allLocal ? urls : QList<QUrl>();
 }
 
 } // namespace
@@ -83,6 +88,7 @@ ContentView::ContentView(AppModel& model, QWidget* parent)
 
     connect(m_transferCard, &TransferCard::hasContentChanged, this,
             &ContentView::showTransferSection);
+    connect(m_queueView, &QueueView::hasContentChanged, this, &ContentView::showQueueSection);
     connect(&m_model, &AppModel::noticeChanged, this, &ContentView::showNotice);
     connect(&m_model, &AppModel::isUploadingChanged, this, &ContentView::askForAttention);
     connect(&m_model, &AppModel::errorMessageChanged, this, &ContentView::showErrorAlert);
@@ -90,6 +96,7 @@ ContentView::ContentView(AppModel& model, QWidget* parent)
             &ContentView::showConfirmationSheet);
     connect(&m_model, &AppModel::isUploadingChanged, this, &ContentView::closeOnceUploadEnds);
     showTransferSection();
+    showQueueSection();
     showNotice();
 }
 
@@ -137,6 +144,12 @@ QWidget* ContentView::makeDetailColumn() {
         new SectionBox(tr("Transfer"), QStringLiteral("arrow.up.circle"), m_transferCard, column);
     m_transferSection->setObjectName(QStringLiteral("transferSection"));
     layout->addWidget(m_transferSection);
+
+    m_queueView = new QueueView(m_model);
+    m_queueSection =
+        new SectionBox(tr("Uploads"), QStringLiteral("arrow.up.circle"), m_queueView, column);
+    m_queueSection->setObjectName(QStringLiteral("queueSection"));
+    layout->addWidget(m_queueSection);
 
     auto* recent = new SectionBox(tr("Recent files"), QStringLiteral("clock.arrow.circlepath"),
                                   new RecentFilesView(m_model), column);
@@ -235,6 +248,10 @@ void ContentView::showTransferSection() {
     m_transferSection->setVisible(m_transferCard->hasContent());
 }
 
+void ContentView::showQueueSection() {
+    m_queueSection->setVisible(m_queueView->hasContent());
+}
+
 void ContentView::askForAttention() {
     // An upload can take minutes; whoever switched to another window hears that it ended.
     if (!m_model.isUploading() && !isActiveWindow())
@@ -251,13 +268,17 @@ void ContentView::openFilePanel() {
     panel->setObjectName(QStringLiteral("jobFilePanel"));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setAcceptMode(QFileDialog::AcceptOpen);
-    panel->setFileMode(QFileDialog::ExistingFile);
+    panel->setFileMode(QFileDialog::ExistingFiles);
     panel->setLabelText(QFileDialog::Accept, tr("Choose"));
     panel->setNameFilter(jobFileFilter());
     connect(panel, &QFileDialog::accepted, this, [this, panel] {
         const QList<QUrl> chosen = panel->selectedUrls();
         if (chosen.size() == 1)
+            return chooseJobFile(chosen.first());
+        // Several files chosen together replace the files chosen before.
+        if (!chosen.isEmpty())
             chooseJobFile(chosen.first());
+        addJobFiles(chosen.sliced(1));
     });
     m_filePanel = panel;
     panel->open();
@@ -272,6 +293,26 @@ void ContentView::chooseJobFile(const QUrl& url) {
     m_model.chooseFile(file.value());
 }
 
+void ContentView::addJobFiles(const QList<QUrl>& urls) {
+    QList<JobFile> files;
+    std::optional<QString> firstRefusal;
+    for (const QUrl& url : urls) {
+        Result<JobFile> file = JobFile::fromUrl(url);
+        std::optional<Error> refusal;
+        if (!file)
+            refusal = file.error();
+        else if (const auto control = MakeraFilename::controlCharacterRefusal(file->fileName()))
+            refusal = Error(*control);
+        if (!refusal)
+            files.append(file.value());
+        else if (!firstRefusal)
+            firstRefusal = refusal->description();
+    }
+    m_model.addFiles(files);
+    if (firstRefusal)
+        m_model.setErrorMessage(*firstRefusal);
+}
+
 void ContentView::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     if (m_shown)
@@ -284,16 +325,20 @@ void ContentView::showEvent(QShowEvent* event) {
 }
 
 void ContentView::dragEnterEvent(QDragEnterEvent* event) {
-    if (droppedFile(event->mimeData()))
+    if (!droppedFiles(event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void ContentView::dropEvent(QDropEvent* event) {
-    const auto url = droppedFile(event->mimeData());
-    if (!url)
+    const QList<QUrl> urls = droppedFiles(event->mimeData());
+    if (urls.isEmpty())
         return;
     event->acceptProposedAction();
-    chooseJobFile(*url);
+    // One file dropped is chosen as before; several join the files already chosen.
+    if (urls.size() == 1)
+        chooseJobFile(urls.first());
+    else
+        addJobFiles(urls);
 }
 
 void ContentView::keyPressEvent(QKeyEvent* event) {

@@ -12,6 +12,7 @@ class AppModel;
 
 namespace tarnwick::ui {
 
+class QueueView;
 class RoundedPanel;
 class SectionBox;
 class TransferCard;
@@ -32,6 +33,9 @@ public:
 
     // Validates a chosen location and makes it the job file, or shows why it cannot be one.
     void chooseJobFile(const QUrl& url);
+    // Adds every location that can be a job file to the chosen files; tells why the first that
+    // cannot be one is left out.
+    void addJobFiles(const QList<QUrl>& urls);
 
 public Q_SLOTS:
     void openFilePanel();
@@ -54,6 +58,7 @@ private:
     QWidget* makeNoticeBar();
 
     void showTransferSection();
+    void showQueueSection();
     void showNotice();
     void askForAttention();
     void showErrorAlert();
@@ -67,6 +72,8 @@ private:
     bool m_closeRegardless = false;
     SectionBox* m_transferSection = nullptr;
     TransferCard* m_transferCard = nullptr;
+    SectionBox* m_queueSection = nullptr;
+    QueueView* m_queueView = nullptr;
     RoundedPanel* m_noticeBar = nullptr;
     QLabel* m_noticeText = nullptr;
     QPointer<QMessageBox> m_errorAlert;

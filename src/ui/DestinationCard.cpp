@@ -7,6 +7,7 @@
 #include "ui/Formatting.h"
 #include "ui/MachineLimitsDialog.h"
 #include "ui/RoundedPanel.h"
+#include "ui/SelectedMachinesView.h"
 #include "ui/StatusBadge.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
@@ -73,6 +74,7 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
             [this] { MachineLimitsDialog::editSelected(m_model, this); });
     row->addWidget(limits, 0, Qt::AlignVCenter);
     layout->addWidget(m_machinePage);
+    layout->addWidget(new SelectedMachinesView(m_model, this));
 
     m_emptyPage = makeEmptyState(tr("Choose a destination"), QStringLiteral("wifi"),
                                  tr("Select a discovered machine or enter its IP address."), this);
@@ -80,6 +82,7 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     layout->addWidget(m_emptyPage);
 
     connect(&m_model, &AppModel::selectedMachineChanged, this, &DestinationCard::showSelection);
+    connect(&m_model, &AppModel::selectedMachinesChanged, this, &DestinationCard::showSelection);
     connect(&m_model, &AppModel::isCheckingConnectionChanged, this,
             &DestinationCard::showSelection);
     connect(&m_model, &AppModel::isSelectedMachineBusyChanged, this,
@@ -89,7 +92,7 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
 
 void DestinationCard::showSelection() {
     const auto& machine = m_model.selectedMachine();
-    m_machinePage->setVisible(machine.has_value());
+    m_machinePage->setVisible(machine && m_model.selectedMachines().size() <= 1);
     m_emptyPage->setVisible(!machine);
     if (!machine)
         return;

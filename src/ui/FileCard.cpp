@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "app/TransferTexts.h"
+#include "ui/ChosenFilesView.h"
 #include "ui/Divider.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Icons.h"
@@ -47,6 +48,7 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     connect(another, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
     fileRow->addWidget(another, 0, Qt::AlignVCenter);
     page->addLayout(fileRow);
+    page->addWidget(new ChosenFilesView(m_model, m_filePage));
 
     page->addWidget(new Divider(m_filePage));
 

@@ -19,6 +19,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tarnwick::ui {
 
 MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
@@ -38,7 +40,8 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     m_list->setModel(m_machines);
     m_list->setItemDelegate(new MachineRowDelegate(m_list));
     m_list->setUniformItemSizes(true);
-    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
+    // Ctrl/Cmd-click, Shift-click, Shift+arrows and Ctrl+Space choose several destinations.
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->viewport()->installEventFilter(this);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -88,6 +91,7 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::machinesChanged, this, &MachineSidebar::showSelection);
     connect(&m_model, &AppModel::machinesChanged, this, &MachineSidebar::showScanState);
     connect(&m_model, &AppModel::selectedMachineChanged, this, &MachineSidebar::showSelection);
+    connect(&m_model, &AppModel::selectedMachinesChanged, this, &MachineSidebar::showSelection);
     connect(&m_model, &AppModel::isDiscoveringChanged, this, &MachineSidebar::showScanState);
     connect(&m_model, &AppModel::isMachineListFullChanged, this, &MachineSidebar::showListLimit);
     showSelection();
@@ -187,11 +191,21 @@ void MachineSidebar::showSelection() {
     const auto& selected = m_model.selectedMachine();
     const int row = selected ? m_machines->row(selected->id()) : -1;
     m_showingSelection = true;
-    if (row >= 0)
-        m_list->selectionModel()->setCurrentIndex(m_machines->index(row),
-                                                  QItemSelectionModel::ClearAndSelect);
-    else
+    if (row >= 0) {
+        QItemSelection rows;
+        for (const Machine& machine : m_model.selectedMachines()) {
+            if (const int other = m_machines->row(machine.id()); other >= 0)
+                rows.select(m_machines->index(other), m_machines->index(other));
+        }
+        rows.select(m_machines->index(row), m_machines->index(row));
+        QItemSelectionModel* selection = m_list->selectionModel();
+        if (selection->selection() != rows)
+            selection->select(rows, QItemSelectionModel::ClearAndSelect);
+        if (m_model.selectedMachines().size() <= 1)
+            selection->setCurrentIndex(m_machines->index(row), QItemSelectionModel::NoUpdate);
+    } else {
         m_list->clearSelection();
+    }
     m_showingSelection = false;
 }
 
@@ -204,10 +218,26 @@ void MachineSidebar::takeListSelection() {
         showSelection();
         return;
     }
-    const Machine& machine = m_machines->machine(rows.first().row());
     const auto& selected = m_model.selectedMachine();
-    if (!selected || selected->id() != machine.id())
-        m_model.selectMachine(machine);
+    if (rows.size() == 1) {
+        const Machine& machine = m_machines->machine(rows.first().row());
+        if (!selected || selected->id() != machine.id() || m_model.selectedMachines().size() > 1)
+            m_model.selectMachine(machine);
+        return;
+    }
+    // The machine selected first stays first while it is still among the rows.
+    QList<Machine> machines;
+    for (const QModelIndex& index : rows)
+        machines.append(m_machines->machine(index.row()));
+    std::stable_sort(machines.begin(), machines.end(), [this](const Machine& a, const Machine& b) {
+        return m_machines->row(a.id()) < m_machines->row(b.id());
+    });
+    const auto first = std::find_if(machines.begin(), machines.end(), [&](const Machine& m) {
+        return selected && m.id() == selected->id();
+    });
+    if (first != machines.end())
+        std::rotate(machines.begin(), first, first + 1);
+    m_model.selectMachines(machines);
 }
 
 bool MachineSidebar::eventFilter(QObject* watched, QEvent* event) {

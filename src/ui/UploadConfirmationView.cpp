@@ -6,6 +6,7 @@
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
 #include "ui/JobFit.h"
+#include "ui/PlannedUploadsView.h"
 #include "ui/RoundedPanel.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
@@ -57,7 +58,11 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
     layout->setContentsMargins(24, 24, 24, 24);
     layout->setSpacing(20);
     layout->addWidget(makeTitleRow());
-    layout->addWidget(makeDetails());
+    m_details = makeDetails();
+    layout->addWidget(m_details);
+    // With more than one file or machine, every pair takes the details' place.
+    m_pairs = new PlannedUploadsView(m_model, this);
+    layout->addWidget(m_pairs);
     m_busy = new QLabel(busyNotice(), this);
     m_busy->setObjectName(QStringLiteral("sheetBusy"));
     m_busy->setWordWrap(true);
@@ -186,10 +191,15 @@ void UploadConfirmationView::refresh() {
     m_size->setFullText(file ? byteCount(file->size) : absent);
     m_remotePath->setFullText(m_model.remotePath().value_or(absent));
 
+    const bool queue = m_model.isQueueUpload();
+    m_details->setVisible(!queue);
+    m_pairs->setVisible(queue);
+    if (queue)
+        m_pairs->refresh();
     const bool duplicate = m_model.isRecentDuplicate();
     m_warning->setVisible(duplicate);
-    m_busy->setVisible(m_model.isSelectedMachineBusy());
-    m_fit->setText(doesNotFitLine(m_model, selectedJobFitProblems(m_model)));
+    m_busy->setVisible(!queue && m_model.isSelectedMachineBusy());
+    m_fit->setText(queue ? QString() : doesNotFitLine(m_model, selectedJobFitProblems(m_model)));
     m_fit->setVisible(!m_fit->text().isEmpty());
     QLayout* content = layout();
     const int width = std::max(sheetWidth, content->totalMinimumSize().width());

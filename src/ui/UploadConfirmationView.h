@@ -12,6 +12,7 @@ class AppModel;
 namespace tarnwick::ui {
 
 class ElidedLabel;
+class PlannedUploadsView;
 class ToggleSwitch;
 
 // The sheet that names destination, file and remote path before an upload, and asks for an
@@ -44,6 +45,8 @@ private:
     ElidedLabel* m_fileName = nullptr;
     ElidedLabel* m_size = nullptr;
     ElidedLabel* m_remotePath = nullptr;
+    QWidget* m_details = nullptr;
+    PlannedUploadsView* m_pairs = nullptr;
     QLabel* m_busy = nullptr;
     QLabel* m_fit = nullptr;
     QWidget* m_warning = nullptr;

@@ -456,9 +456,12 @@ private Q_SLOTS:
     }
 
     void droppedFilesAreValidatedLikeChosenOnes() {
-        // Two files at once are not a choice: the window does not take them.
-        QVERIFY(!drop(&h->window,
-                      {writeFile(h->dir, u"a.nc"_s, "G0"), writeFile(h->dir, u"b.nc"_s, "G0")}));
+        // Several files at once are all chosen; the first is the one shown.
+        const QList<QUrl> two{writeFile(h->dir, u"a.nc"_s, "G0"),
+                              writeFile(h->dir, u"b.nc"_s, "G0")};
+        QVERIFY(drop(&h->window, two));
+        QCOMPARE(h->model->selectedFiles().size(), 2);
+        QCOMPARE(h->model->selectedFile()->url, two.first());
         QVERIFY(drop(&h->window, {writeFile(h->dir, u"notes.txt"_s, "G0")}));
         QCOMPARE(h->model->errorMessage(),
                  std::optional(Error(JobFileError::unsupportedExtension(u"txt"_s)).description()));
@@ -495,11 +498,11 @@ private Q_SLOTS:
         tabTo("chooseFileButton");
         press(Qt::Key_Space);
         QTRY_COMPARE(QApplication::focusWidget()->window()->objectName(), u"jobFilePanel"_s);
-        // The panel offers job files only, one existing file at a time.
+        // The panel offers existing job files only, one or several.
         auto* panel = find<QFileDialog>("jobFilePanel");
         QCOMPARE(panel->windowTitle(), u"Choose a Makera job file"_s);
         QCOMPARE(panel->labelText(QFileDialog::Accept), u"Choose"_s);
-        QCOMPARE(panel->fileMode(), QFileDialog::ExistingFile);
+        QCOMPARE(panel->fileMode(), QFileDialog::ExistingFiles);
         QCOMPARE(panel->nameFilters(), QStringList{u"Makera job files (*.nc *.cnc *.gcode)"_s});
         QTest::keyClicks(QApplication::focusWidget(), file.url.toLocalFile());
         press(Qt::Key_Return);
@@ -579,6 +582,48 @@ private Q_SLOTS:
         QTest::mouseClick(again, Qt::LeftButton);
         QTest::mouseClick(child<QPushButton>(sheet, u"uploadButton"_s), Qt::LeftButton);
         QCOMPARE(h->uploaders.made.size(), 1);
+    }
+
+    // Ctrl-click adds a machine and keeps the first as the selection; every file goes to every
+    // machine, one per machine at a time, and Cancel All tells each machine that is sending.
+    void severalFilesAndMachinesRunAsOneQueue() {
+        const Machine shop = ModelHarness::machine(u"Shop Mill"_s, u"10.0.0.8"_s);
+        Q_EMIT h->discoverer->scans.last()->machineFound(bench);
+        Q_EMIT h->discoverer->scans.last()->machineFound(shop);
+        auto* machines = find<QListView>("machineList");
+        const auto rowCentre = [&](int row) {
+            return machines->visualRect(machines->model()->index(row, 0)).center();
+        };
+        QTest::mouseClick(machines->viewport(), Qt::LeftButton, {}, rowCentre(1));
+        QTest::mouseClick(machines->viewport(), Qt::LeftButton, Qt::ControlModifier, rowCentre(0));
+        QCOMPARE(h->model->selectedMachine()->id(), shop.id());
+        QCOMPARE(h->model->selectedMachines().size(), 2);
+        QCOMPARE(h->window.findChildren<QWidget*>(u"selectedMachineRow"_s).size(), 2);
+
+        const JobFile rough = h->jobFile(u"rough.nc"_s), finish = h->jobFile(u"finish.nc"_s);
+        h->model->addFiles({rough, finish});
+        h->model->persistence().recordUpload(
+            UploadRecord{bench.id(), finish.id(), finish.size, QDateTime::currentDateTimeUtc()});
+        UploadConfirmationView* sheet = present();
+        auto* pairs = child<QListView>(sheet, u"plannedUploads"_s);
+        QVERIFY(pairs->isVisible() && !child<QWidget>(sheet, u"sheetDetails"_s)->isVisible());
+        QCOMPARE(pairs->model()->index(3, 0).data().toString(),
+                 u"finish.nc → Bench Mill (10.0.0.7:2222) · /sd/gcodes/finish.nc · sent in the "
+                 u"last 24 hours"_s);
+        QTest::mouseClick(child<ToggleSwitch>(sheet, u"uploadAgainSwitch"_s), Qt::LeftButton);
+        QTest::mouseClick(child<QPushButton>(sheet, u"uploadButton"_s), Qt::LeftButton);
+
+        QTRY_VERIFY(find<QWidget>("queueSection")->isVisible());
+        QCOMPARE(find<QListView>("queueList")->model()->rowCount(), 4);
+        QCOMPARE(h->uploaders.made.size(), 2);
+        QTest::mouseClick(find<QPushButton>("cancelAllButton"), Qt::LeftButton);
+        for (FakeUploader* uploader : h->uploaders.made) {
+            QCOMPARE(uploader->cancelCalls, 1);
+            Q_EMIT uploader->failed(UploadError::cancelled());
+        }
+        QTRY_VERIFY(!h->model->isUploading());
+        QCOMPARE(h->uploaders.made.size(), 2);
+        QCOMPARE(shownText(&h->window, u"queueSummary"_s), u"0 of 4 sent; 4 cancelled"_s);
     }
 
     // The badge says what the check found, the card and the sheet what the machine announced.

@@ -1,0 +1,120 @@
+#include "ui/ChosenFilesView.h"
+
+#include "app/AppModel.h"
+#include "app/TransferTexts.h"
+
+#include <QAbstractListModel>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QListView>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace tarnwick::ui {
+
+namespace {
+
+constexpr int visibleRows = 5;
+
+class ChosenFilesModel : public QAbstractListModel {
+public:
+    ChosenFilesModel(AppModel& model, QObject* parent)
+        : QAbstractListModel(parent)
+        , m_model(model) {
+        // Files are added and removed by the user a few at a time: the list starts again.
+        connect(&m_model, &AppModel::selectedFilesChanged, this, [this] {
+            beginResetModel();
+            endResetModel();
+        });
+    }
+
+    int rowCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : int(m_model.selectedFiles().size());
+    }
+
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+            return {};
+        const JobFile& file = m_model.selectedFiles().at(index.row());
+        switch (role) {
+        case Qt::DisplayRole:
+        case Qt::AccessibleTextRole:
+            //: A chosen file: its name and its size.
+            return ChosenFilesView::tr("%1 · %2").arg(file.fileName(), byteCount(file.size));
+        case Qt::ToolTipRole:
+            return file.url.toLocalFile();
+        default:
+            return {};
+        }
+    }
+
+private:
+    AppModel& m_model;
+};
+
+} // namespace
+
+ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
+    : QWidget(parent)
+    , m_model(model) {
+    setObjectName(QStringLiteral("chosenFiles"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_list = new QListView(this);
+    m_list->setObjectName(QStringLiteral("chosenFileList"));
+    m_list->setAccessibleName(tr("Chosen files"));
+    m_list->setModel(new ChosenFilesModel(m_model, m_list));
+    m_list->setUniformItemSizes(true);
+    m_list->setSpacing(2);
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_list->setTextElideMode(Qt::ElideMiddle);
+    m_list->installEventFilter(this);
+    layout->addWidget(m_list, 1);
+    m_remove = new QPushButton(tr("Remove"), this);
+    m_remove->setObjectName(QStringLiteral("removeFileButton"));
+    m_remove->setAccessibleName(tr("Remove the chosen file"));
+    layout->addWidget(m_remove, 0, Qt::AlignTop);
+
+    connect(m_remove, &QPushButton::clicked, this, &ChosenFilesView::removeCurrent);
+    connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& current) {
+                if (current.isValid())
+                    m_model.showFile(current.row());
+            });
+    connect(&m_model, &AppModel::selectedFilesChanged, this, &ChosenFilesView::showFiles);
+    connect(&m_model, &AppModel::selectedFileChanged, this, &ChosenFilesView::showFiles);
+    connect(&m_model, &AppModel::isUploadingChanged, this, &ChosenFilesView::showFiles);
+    showFiles();
+}
+
+void ChosenFilesView::showFiles() {
+    const QList<JobFile>& files = m_model.selectedFiles();
+    setVisible(files.size() > 1);
+    const int rows = int(std::min<qsizetype>(files.size(), visibleRows));
+    m_list->setFixedHeight(std::max(rows, 1) *
+                               (std::max(m_list->sizeHintForRow(0), 1) + 2 * m_list->spacing()) +
+                           2 * m_list->frameWidth());
+    const auto& shown = m_model.selectedFile();
+    const qsizetype row = shown ? files.indexOf(*shown) : -1;
+    if (row >= 0 && m_list->currentIndex().row() != row)
+        m_list->setCurrentIndex(m_list->model()->index(int(row), 0));
+    m_remove->setEnabled(!m_model.isUploading());
+}
+
+void ChosenFilesView::removeCurrent() {
+    if (m_list->currentIndex().isValid())
+        m_model.removeFile(m_list->currentIndex().row());
+}
+
+bool ChosenFilesView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_list && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
+            removeCurrent();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace tarnwick::ui
