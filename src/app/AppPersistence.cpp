@@ -151,6 +151,17 @@ void AppPersistence::setSelectedMachine(const std::optional<Machine>& machine) {
            selectedMachineKey);
 }
 
+QString AppPersistence::followedFolder() const {
+    return m_store->value(settings::followedFolderKey).toString();
+}
+
+void AppPersistence::setFollowedFolder(const QString& folder) {
+    if (folder.isEmpty())
+        m_store->remove(settings::followedFolderKey);
+    else
+        m_store->setValue(settings::followedFolderKey, folder);
+}
+
 QList<JobFile> AppPersistence::recentFiles() const {
     return listFromJson<JobFile>(decode(*m_store, recentFilesKey)).value_or(QList<JobFile>());
 }
@@ -175,9 +186,9 @@ std::optional<QList<UploadRecord>> AppPersistence::readUploadRecords() const {
 
 AppPersistence::Opener AppPersistence::opener() const {
     return [fileName = m_store->fileName(), format = m_store->format(), wait = m_lockWait] {
-        auto store = std::make_unique<AppPersistence>(
-            format == QSettings::IniFormat ? std::make_unique<QSettings>(fileName, format)
-                                           : openStandardStore());
+        auto store = std::make_unique<AppPersistence>(format == settings::fileFormat()
+                                                          ? settings::openStoreFile(fileName)
+                                                          : openStandardStore());
         store->setLockWait(wait);
         return store;
     };

@@ -36,6 +36,10 @@ public:
     QList<JobFile> recentFiles() const;
     void setRecentFiles(const QList<JobFile>& files);
 
+    // The folder whose new job files the window offers; empty when none is followed.
+    QString followedFolder() const;
+    void setFollowedFolder(const QString& folder);
+
     // Newest first.
     QList<UploadRecord> uploadRecords() const;
     // The same, or none when the store or its history cannot be read (an empty history reads).
