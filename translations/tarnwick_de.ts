@@ -516,10 +516,10 @@ Exit-Codes: 0 nach dem Beenden, 2 falscher Aufruf oder kein solcher Ordner, 3 we
         <translation>%1 ist beschäftigt; ihre Dateien warten, bis sie sich als bereit meldet.</translation>
     </message>
     <message numerus="yes">
-        <source>%1 cannot be reached; trying again in %n second(s).</source>
+        <source>%1 cannot be reached; it is tried again in %n s.</source>
         <translation>
-            <numerusform>%1 ist nicht erreichbar; neuer Versuch in %n Sekunde.</numerusform>
-            <numerusform>%1 ist nicht erreichbar; neuer Versuch in %n Sekunden.</numerusform>
+            <numerusform>%1 ist nicht erreichbar; neuer Versuch in %n s.</numerusform>
+            <numerusform>%1 ist nicht erreichbar; neuer Versuch in %n s.</numerusform>
         </translation>
     </message>
 </context>
@@ -1089,6 +1089,45 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <source>Choose an .nc, .cnc or .gcode file…</source>
         <translation>Eine .nc-, .cnc- oder .gcode-Datei wählen…</translation>
     </message>
+    <message>
+        <source>Follow a Folder…</source>
+        <translation>Ordner folgen…</translation>
+    </message>
+    <message>
+        <source>Follow a folder</source>
+        <translation>Einem Ordner folgen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::FollowedFolderLine</name>
+    <message>
+        <source>Stop Following</source>
+        <translation>Nicht mehr folgen</translation>
+    </message>
+    <message>
+        <source>Stop following the folder</source>
+        <translation>Dem Ordner nicht mehr folgen</translation>
+    </message>
+    <message>
+        <source>Choose a folder to follow</source>
+        <translation>Ordner zum Folgen auswählen</translation>
+    </message>
+    <message>
+        <source>Follow</source>
+        <translation>Folgen</translation>
+    </message>
+    <message>
+        <source>Following %1, which is not there now. It is followed again when it comes back.</source>
+        <translation>Folgt %1, der gerade nicht da ist. Ihm wird wieder gefolgt, sobald er zurück ist.</translation>
+    </message>
+    <message>
+        <source>Following %1. Last arrived: %2.</source>
+        <translation>Folgt %1. Zuletzt angekommen: %2.</translation>
+    </message>
+    <message>
+        <source>Following %1. New job files in it become the chosen file.</source>
+        <translation>Folgt %1. Neue Auftragsdateien darin werden zur gewählten Datei.</translation>
+    </message>
 </context>
 <context>
     <name>tarnwick::ui::Formatting</name>
@@ -1450,6 +1489,10 @@ Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse h
     <message>
         <source>Check for Updates…</source>
         <translation>Nach Updates suchen…</translation>
+    </message>
+    <message>
+        <source>Follow a Folder…</source>
+        <translation>Ordner folgen…</translation>
     </message>
 </context>
 <context>

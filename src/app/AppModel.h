@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppPersistence.h"
+#include "app/FolderFollower.h"
 #include "app/Services.h"
 #include "app/UploadWorkflow.h"
 
@@ -93,6 +94,8 @@ public:
     JobAnalysis* jobAnalysis() const { return m_jobAnalysis; }
 
     AppPersistence& persistence() { return *m_persistence; }
+    // Each job file that arrives complete in the followed folder becomes the chosen file.
+    FolderFollower& folderFollower() { return *m_folderFollower; }
     // The time that upload records and the duplicate window are measured with.
     void setClock(Clock clock) { m_now = std::move(clock); }
 
@@ -154,6 +157,7 @@ private:
     std::unique_ptr<MachineConnecting> m_connector;
     UploaderFactory m_makeUploader;
     std::unique_ptr<AppPersistence> m_persistence;
+    FolderFollower* m_folderFollower = nullptr;
     Clock m_now;
 
     QList<Machine> m_machines;

@@ -62,7 +62,7 @@ QString WatchEvent::line() const {
     case Kind::WaitingBusy:
         return tr("%1 is busy; its files wait until it announces itself idle.").arg(machine);
     case Kind::WaitingUnreachable:
-        return tr("%1 cannot be reached; trying again in %n second(s).", nullptr, retrySeconds)
+        return tr("%1 cannot be reached; it is tried again in %n s.", nullptr, retrySeconds)
             .arg(machine);
     }
     return {};

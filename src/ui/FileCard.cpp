@@ -4,6 +4,7 @@
 #include "app/TransferTexts.h"
 #include "ui/Divider.h"
 #include "ui/ElidedLabel.h"
+#include "ui/FollowedFolderLine.h"
 #include "ui/Icons.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
@@ -46,6 +47,7 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     another->setObjectName(QStringLiteral("chooseAnotherButton"));
     connect(another, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
     fileRow->addWidget(another, 0, Qt::AlignVCenter);
+    fileRow->addWidget(followButton(m_filePage), 0, Qt::AlignVCenter);
     page->addLayout(fileRow);
 
     page->addWidget(new Divider(m_filePage));
@@ -72,7 +74,12 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     m_chooseButton->setObjectName(QStringLiteral("chooseFileButton"));
     m_chooseButton->setMinimumHeight(36);
     connect(m_chooseButton, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
-    layout->addWidget(m_chooseButton);
+    auto* chooseRow = new QHBoxLayout;
+    chooseRow->addWidget(m_chooseButton, 1);
+    m_chooseFollowButton = followButton(this);
+    chooseRow->addWidget(m_chooseFollowButton);
+    layout->addLayout(chooseRow);
+    layout->addWidget(new FollowedFolderLine(m_model.folderFollower(), this));
 
     connect(&m_model, &AppModel::selectedFileChanged, this, &FileCard::showFile);
     connect(&m_model, &AppModel::selectedMachineChanged, this, &FileCard::updateReviewButton);
@@ -91,9 +98,19 @@ void FileCard::showFile() {
     }
     m_filePage->setVisible(file.has_value());
     m_chooseButton->setVisible(!file);
+    m_chooseFollowButton->setVisible(!file);
     updateReviewButton();
     if (focusLeaves)
         (m_reviewButton->isEnabled() ? m_reviewButton : m_anotherButton)->setFocus();
+}
+
+QPushButton* FileCard::followButton(QWidget* parent) {
+    auto* button = new QPushButton(tr("Follow a Folder\u2026"), parent);
+    button->setObjectName(QStringLiteral("followFolderButton"));
+    button->setAccessibleName(tr("Follow a folder"));
+    connect(button, &QPushButton::clicked, this,
+            [this] { FollowedFolderLine::chooseFolder(window(), m_model.folderFollower()); });
+    return button;
 }
 
 void FileCard::updateReviewButton() {
