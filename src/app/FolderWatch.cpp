@@ -6,8 +6,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
+#include <QtConcurrent/QtConcurrentRun>
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnwick {
 
@@ -41,18 +43,14 @@ FolderWatch::FolderWatch(QString folder, QObject* parent)
 }
 
 void FolderWatch::start(ExistingFiles existing) {
+    m_existing = existing;
     m_scan.start();
     look();
-    if (existing == ExistingFiles::AreNew)
-        return;
-    const QDateTime settled = QDateTime::currentDateTime().addSecs(-settleTime.count());
-    for (Sighting& sighting : m_seen)
-        sighting.reported = sighting.modified <= settled;
 }
 
 bool FolderWatch::isSettling() const {
-    return std::any_of(m_seen.cbegin(), m_seen.cend(),
-                       [](const Sighting& sighting) { return !sighting.reported; });
+    return !m_looked || std::any_of(m_seen.cbegin(), m_seen.cend(),
+                                    [](const Sighting& sighting) { return !sighting.reported; });
 }
 
 bool FolderWatch::isJobFileName(const QString& fileName) {
@@ -67,9 +65,38 @@ void FolderWatch::watchFolder() {
         m_watcher.addPath(m_folder);
 }
 
+FolderWatch::Listing FolderWatch::list(const QString& folder) {
+    const QDir dir(folder);
+    Listing listing{dir.exists(), {}};
+    if (!listing.exists)
+        return listing;
+    const QFileInfoList entries = dir.entryInfoList(QDir::Files | QDir::Readable, QDir::Name);
+    for (const QFileInfo& entry : entries) {
+        if (isJobFileName(entry.fileName()))
+            listing.entries.append({entry.absoluteFilePath(), entry.size(), entry.lastModified(),
+                                    opensForReading(entry.absoluteFilePath())});
+    }
+    return listing;
+}
+
 void FolderWatch::look() {
-    const QDir dir(m_folder);
-    if (!dir.exists()) {
+    if (m_listing) {
+        m_lookAgain = true;
+        return;
+    }
+    m_listing = new QFutureWatcher<Listing>(this);
+    connect(m_listing, &QFutureWatcherBase::finished, this, [this, listing = m_listing.data()] {
+        listing->deleteLater();
+        take(listing->result());
+        if (std::exchange(m_lookAgain, false))
+            look();
+    });
+    m_listing->setFuture(QtConcurrent::run(&FolderWatch::list, m_folder));
+}
+
+void FolderWatch::take(const Listing& listing) {
+    const bool first = !std::exchange(m_looked, true);
+    if (!listing.exists) {
         if (!m_missing) {
             m_missing = true;
             // The watcher drops a folder that went; the scan finds it again.
@@ -86,36 +113,35 @@ void FolderWatch::look() {
     watchFolder();
 
     QSet<QString> present;
-    const QFileInfoList entries = dir.entryInfoList(QDir::Files | QDir::Readable, QDir::Name);
-    for (const QFileInfo& entry : entries) {
-        if (!isJobFileName(entry.fileName()))
-            continue;
-        const QString path = entry.absoluteFilePath();
-        present.insert(path);
-        Sighting& sighting = m_seen[path];
-        const QDateTime modified = entry.lastModified();
-        if (sighting.size != entry.size() || sighting.modified != modified) {
-            sighting.size = entry.size();
-            sighting.modified = modified;
+    const QDateTime quietSince = QDateTime::currentDateTime().addSecs(-settleTime.count());
+    for (const Entry& entry : listing.entries) {
+        present.insert(entry.path);
+        Sighting& sighting = m_seen[entry.path];
+        if (sighting.size != entry.size || sighting.modified != entry.modified) {
+            sighting.size = entry.size;
+            sighting.modified = entry.modified;
             sighting.unchangedFor.start();
-            sighting.reported = false;
+            sighting.reported =
+                first && m_existing == ExistingFiles::AreKnown && entry.modified <= quietSince;
             continue;
         }
         if (sighting.reported ||
             !sighting.unchangedFor.hasExpired(std::chrono::milliseconds(settleTime).count()))
             continue;
         // An empty file is one whose writer has not begun.
-        if (sighting.size == 0 || !opensForReading(path))
+        if (sighting.size == 0 || !entry.opens)
             continue;
         sighting.reported = true;
-        Q_EMIT fileReady(path);
+        Q_EMIT fileReady(entry.path);
     }
     // A file that went and comes back is new again.
     m_seen.removeIf([&present](const auto& item) { return !present.contains(item.key()); });
-    if (isSettling())
+    if (isSettling()) {
         m_settle.start();
-    else
-        m_settle.stop();
+        return;
+    }
+    m_settle.stop();
+    Q_EMIT settled();
 }
 
 } // namespace tarnwick

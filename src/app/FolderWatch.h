@@ -3,8 +3,10 @@
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFileSystemWatcher>
+#include <QFutureWatcher>
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <chrono>
@@ -35,7 +37,8 @@ public:
     };
 
     void start(ExistingFiles existing = ExistingFiles::AreNew);
-    // True until every file seen so far has settled and been reported.
+    // True until the first look is done and every file seen so far has settled and been
+    // reported.
     bool isSettling() const;
     // False for hidden and temporary names (a leading dot, a trailing ~, .tmp, .part) and for
     // extensions other than a job file's.
@@ -44,6 +47,8 @@ public:
 Q_SIGNALS:
     // An absolute path; again each time the file changes and settles anew.
     void fileReady(const QString& path);
+    // A look found nothing more to wait for: every file seen has settled and been reported.
+    void settled();
     void folderMissing();
     void folderBack();
 
@@ -55,7 +60,22 @@ private:
         bool reported = false;
     };
 
+    // What one look at the folder found, read on a worker thread: a share that stalls holds up
+    // that thread, not this one.
+    struct Entry {
+        QString path;
+        qint64 size = 0;
+        QDateTime modified;
+        bool opens = false;
+    };
+    struct Listing {
+        bool exists = false;
+        QList<Entry> entries;
+    };
+    static Listing list(const QString& folder);
+
     void look();
+    void take(const Listing& listing);
     void watchFolder();
 
     const QString m_folder;
@@ -63,6 +83,10 @@ private:
     QTimer m_scan;
     QTimer m_settle;
     QHash<QString, Sighting> m_seen;
+    QPointer<QFutureWatcher<Listing>> m_listing;
+    ExistingFiles m_existing = ExistingFiles::AreNew;
+    bool m_lookAgain = false;
+    bool m_looked = false;
     bool m_missing = false;
 };
 

@@ -33,6 +33,7 @@ FolderDelivery::FolderDelivery(const QString& folder, const QList<Machine>& mach
         for (MachineFeed* feed : std::as_const(m_feeds))
             feed->add(path);
     });
+    connect(&m_watch, &FolderWatch::settled, this, &FolderDelivery::checkFinished);
     connect(&m_watch, &FolderWatch::folderMissing, this, [this] {
         Q_EMIT event({WatchEvent::Kind::FolderMissing, m_watch.folder(), {}, {}});
     });
