@@ -58,7 +58,8 @@ QString WatchEvent::line() const {
     case Kind::Unchanged:
         return tr("%1 → %2: skipped, the machine already has this content.").arg(fileName, machine);
     case Kind::Failed:
-        return tr("%1 → %2: %3").arg(fileName, machine, message);
+        // A failure of the watch itself names no file.
+        return file.isEmpty() ? message : tr("%1 → %2: %3").arg(fileName, machine, message);
     case Kind::WaitingBusy:
         return tr("%1 is busy; its files wait until it announces itself idle.").arg(machine);
     case Kind::WaitingUnreachable:
