@@ -315,6 +315,17 @@ Exit-Codes:
     </message>
 </context>
 <context>
+    <name>MachineTargets</name>
+    <message>
+        <source>No machine named “%1” answered the scan.</source>
+        <translation>Auf die Suche hat keine Maschine namens „%1“ geantwortet.</translation>
+    </message>
+    <message>
+        <source>More than one machine is named “%1”: %2. Give its address instead.</source>
+        <translation>Mehr als eine Maschine heißt „%1“: %2. Geben Sie stattdessen ihre Adresse an.</translation>
+    </message>
+</context>
+<context>
     <name>ProgressBar</name>
     <message>
         <source>%1 of %2</source>
@@ -380,6 +391,21 @@ Exit-Codes:
     </message>
 </context>
 <context>
+    <name>SentDigests</name>
+    <message>
+        <source>The settings store %1 cannot be written.</source>
+        <translation>Der Einstellungsspeicher %1 kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The settings store %1 is locked by another program.</source>
+        <translation>Der Einstellungsspeicher %1 ist von einem anderen Programm gesperrt.</translation>
+    </message>
+    <message>
+        <source>The settings store %1 could not be saved.</source>
+        <translation>Der Einstellungsspeicher %1 konnte nicht gesichert werden.</translation>
+    </message>
+</context>
+<context>
     <name>UploadCommand</name>
     <message>
         <source>Sends job files to machines without starting them</source>
@@ -404,14 +430,6 @@ Exit-Codes:
     <message>
         <source>--discovery-port takes a port number from 1 to 65535.</source>
         <translation>--discovery-port erwartet eine Portnummer von 1 bis 65535.</translation>
-    </message>
-    <message>
-        <source>No machine named “%1” answered the scan.</source>
-        <translation>Auf die Suche hat keine Maschine namens „%1“ geantwortet.</translation>
-    </message>
-    <message>
-        <source>More than one machine is named “%1”: %2. Give its address instead.</source>
-        <translation>Mehr als eine Maschine heißt „%1“: %2. Geben Sie stattdessen ihre Adresse an.</translation>
     </message>
     <message>
         <source>“%1” at %2 is busy, so nothing was sent to it. Add --busy-ok to send to it anyway.</source>
@@ -463,6 +481,97 @@ Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien
     <message>
         <source>The upload history could not be saved: %1</source>
         <translation>Der Upload-Verlauf konnte nicht gespeichert werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>WatchCommand</name>
+    <message>
+        <source>Sends each new or changed job file of a folder to machines</source>
+        <translation>Sendet jede neue oder geänderte Auftragsdatei eines Ordners an Maschinen</translation>
+    </message>
+    <message>
+        <source>Watches a folder and sends each job file (.nc, .cnc or .gcode) that appears in it or changes into each machine&apos;s folder %1, replacing the machine&apos;s copy. The jobs are not started. A file is sent once its size and modification time have stayed the same for two seconds; hidden and temporary files (a leading dot, a trailing ~, .tmp, .part) are ignored. A file whose content a machine already got from a watch is not sent to it again. A machine that announces itself busy gets its files when it announces itself idle; one that cannot be reached is tried again, after pauses of up to a minute. The folder is only read. Every upload is added to the upload history.
+Runs until Ctrl-C, SIGTERM or SIGHUP, which cancels the uploads under way and tells the machines.
+
+Exit codes: 0 when stopped, 2 bad usage or no such folder, 3 when a name is not heard, 6 cancelled. With --once, the class of the first failure, as the upload command has them.</source>
+        <translation>Beobachtet einen Ordner und sendet jede Auftragsdatei (.nc, .cnc oder .gcode), die darin erscheint oder sich ändert, in den Ordner %1 jeder Maschine und ersetzt dort die vorhandene Kopie. Die Aufträge werden nicht gestartet. Eine Datei wird gesendet, sobald ihre Größe und ihr Änderungsdatum zwei Sekunden lang gleich geblieben sind; versteckte und temporäre Dateien (ein Punkt am Anfang, eine Tilde am Ende, .tmp, .part) werden übergangen. Eine Datei, deren Inhalt eine Maschine schon aus einer Beobachtung erhalten hat, wird ihr nicht noch einmal gesendet. Eine Maschine, die sich als beschäftigt meldet, erhält ihre Dateien, wenn sie sich als bereit meldet; eine nicht erreichbare wird erneut versucht, nach Pausen von bis zu einer Minute. Der Ordner wird nur gelesen. Jeder Upload wird in den Upload-Verlauf aufgenommen.
+Läuft bis Strg-C, SIGTERM oder SIGHUP; das bricht laufende Uploads ab und teilt es den Maschinen mit.
+
+Exit-Codes: 0 nach dem Beenden, 2 falscher Aufruf oder kein solcher Ordner, 3 wenn ein Name nicht gehört wird, 6 abgebrochen. Mit --once die Klasse des ersten Fehlers, wie beim Befehl upload.</translation>
+    </message>
+    <message>
+        <source>A machine: its IPv4 address, with the controller&apos;s port (%1 when left out), or the name it announces on the local network, in any letter case. Repeat for several machines.</source>
+        <translation>Eine Maschine: ihre IPv4-Adresse, mit dem Port der Steuerung (%1, wenn er fehlt), oder der Name, mit dem sie sich im lokalen Netz meldet, in beliebiger Groß- und Kleinschreibung. Für mehrere Maschinen wiederholen.</translation>
+    </message>
+    <message>
+        <source>Print one JSON object per line and event: {&quot;event&quot;} with event one of watching, folderMissing, folderBack, seen, sent, unchanged, failed, busy, unreachable; &quot;file&quot; or &quot;folder&quot; and &quot;machine&quot; where they apply; a failure with {&quot;error&quot;, &quot;kind&quot;}, a wait for an unreachable machine with {&quot;retryInSeconds&quot;}.</source>
+        <translation>Ein JSON-Objekt pro Zeile und Ereignis ausgeben: {&quot;event&quot;} mit event einem von watching, folderMissing, folderBack, seen, sent, unchanged, failed, busy, unreachable; &quot;file&quot; oder &quot;folder&quot; und &quot;machine&quot;, wo sie zutreffen; ein Fehler mit {&quot;error&quot;, &quot;kind&quot;}, das Warten auf eine nicht erreichbare Maschine mit {&quot;retryInSeconds&quot;}.</translation>
+    </message>
+    <message>
+        <source>Send the complete job files that are in the folder now, then exit. A busy or unreachable machine is not waited for.</source>
+        <translation>Die vollständigen Auftragsdateien senden, die jetzt im Ordner liegen, und dann beenden. Auf eine beschäftigte oder nicht erreichbare Maschine wird nicht gewartet.</translation>
+    </message>
+    <message>
+        <source>The folder to watch.</source>
+        <translation>Der zu beobachtende Ordner.</translation>
+    </message>
+    <message>
+        <source>Usage: %1</source>
+        <translation>Aufruf: %1</translation>
+    </message>
+    <message>
+        <source>%1 is not a folder.</source>
+        <translation>%1 ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>--discovery-port takes a port number from 1 to 65535.</source>
+        <translation>--discovery-port erwartet eine Portnummer von 1 bis 65535.</translation>
+    </message>
+</context>
+<context>
+    <name>WatchEvent</name>
+    <message>
+        <source>Watching %1 for job files. Ctrl-C stops.</source>
+        <translation>%1 wird auf Auftragsdateien beobachtet. Strg-C beendet.</translation>
+    </message>
+    <message>
+        <source>The folder %1 is gone; it is watched again when it comes back.</source>
+        <translation>Der Ordner %1 ist verschwunden; er wird wieder beobachtet, sobald er zurück ist.</translation>
+    </message>
+    <message>
+        <source>The folder %1 is back.</source>
+        <translation>Der Ordner %1 ist wieder da.</translation>
+    </message>
+    <message>
+        <source>%1 is complete.</source>
+        <translation>%1 ist vollständig.</translation>
+    </message>
+    <message>
+        <source>Sent %1 to %2:%3%1.</source>
+        <translation>%1 an %2:%3%1 gesendet.</translation>
+    </message>
+    <message>
+        <source>Sent %1 to %2:%3%1. %4</source>
+        <translation>%1 an %2:%3%1 gesendet. %4</translation>
+    </message>
+    <message>
+        <source>%1 → %2: skipped, the machine already has this content.</source>
+        <translation>%1 → %2: übersprungen, die Maschine hat diesen Inhalt schon.</translation>
+    </message>
+    <message>
+        <source>%1 → %2: %3</source>
+        <translation>%1 → %2: %3</translation>
+    </message>
+    <message>
+        <source>%1 is busy; its files wait until it announces itself idle.</source>
+        <translation>%1 ist beschäftigt; ihre Dateien warten, bis sie sich als bereit meldet.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 cannot be reached; it is tried again in %n s.</source>
+        <translation>
+            <numerusform>%1 ist nicht erreichbar; neuer Versuch in %n s.</numerusform>
+            <numerusform>%1 ist nicht erreichbar; neuer Versuch in %n s.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -849,6 +958,28 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     </message>
 </context>
 <context>
+    <name>tarnwick::cli::FolderDelivery</name>
+    <message>
+        <source>Announcements cannot be heard, so a busy machine is not noticed: %1</source>
+        <translation>Meldungen der Maschinen sind nicht zu hören, daher wird eine beschäftigte Maschine nicht bemerkt: %1</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::cli::MachineFeed</name>
+    <message>
+        <source>%1 is busy, so nothing was sent to it.</source>
+        <translation>%1 ist beschäftigt, daher wurde nichts an sie gesendet.</translation>
+    </message>
+    <message>
+        <source>%1 could not be read.</source>
+        <translation>%1 konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>It may be sent again, because what was sent could not be remembered: %1</source>
+        <translation>Die Datei wird vielleicht noch einmal gesendet, denn was gesendet wurde, konnte nicht vermerkt werden: %1</translation>
+    </message>
+</context>
+<context>
     <name>tarnwick::cli::PairUpload</name>
     <message>
         <source>This exact file was uploaded to this machine in the last 24 hours. Run the command again with --again to send it anyway.</source>
@@ -1142,6 +1273,45 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
     <message>
         <source>Choose an .nc, .cnc or .gcode file…</source>
         <translation>Eine .nc-, .cnc- oder .gcode-Datei wählen…</translation>
+    </message>
+    <message>
+        <source>Follow a Folder…</source>
+        <translation>Ordner folgen…</translation>
+    </message>
+    <message>
+        <source>Follow a folder</source>
+        <translation>Einem Ordner folgen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::FollowedFolderLine</name>
+    <message>
+        <source>Stop Following</source>
+        <translation>Nicht mehr folgen</translation>
+    </message>
+    <message>
+        <source>Stop following the folder</source>
+        <translation>Dem Ordner nicht mehr folgen</translation>
+    </message>
+    <message>
+        <source>Choose a folder to follow</source>
+        <translation>Ordner zum Folgen auswählen</translation>
+    </message>
+    <message>
+        <source>Follow</source>
+        <translation>Folgen</translation>
+    </message>
+    <message>
+        <source>Following %1, which is not there now. It is followed again when it comes back.</source>
+        <translation>Folgt %1, der gerade nicht da ist. Ihm wird wieder gefolgt, sobald er zurück ist.</translation>
+    </message>
+    <message>
+        <source>Following %1. Last arrived: %2.</source>
+        <translation>Folgt %1. Zuletzt angekommen: %2.</translation>
+    </message>
+    <message>
+        <source>Following %1. New job files in it become the chosen file.</source>
+        <translation>Folgt %1. Neue Auftragsdateien darin werden zur gewählten Datei.</translation>
     </message>
 </context>
 <context>
@@ -1659,6 +1829,10 @@ Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse h
     <message>
         <source>Check for Updates…</source>
         <translation>Nach Updates suchen…</translation>
+    </message>
+    <message>
+        <source>Follow a Folder…</source>
+        <translation>Ordner folgen…</translation>
     </message>
 </context>
 <context>

@@ -32,6 +32,9 @@ AppModel::AppModel(std::unique_ptr<MachineDiscovering> discoverer,
     if (m_selectedMachine && m_selectedMachine->status == Machine::ConnectionStatus::Busy)
         m_announcedBusy.insert(m_selectedMachine->id());
     restoreRecentFiles();
+    m_folderFollower = new FolderFollower(*m_persistence, this);
+    connect(m_folderFollower, &FolderFollower::arrived, this, &AppModel::chooseFile);
+    m_folderFollower->restore();
 }
 
 // A file on a network share that stalls can take seconds to answer, so the files are looked at

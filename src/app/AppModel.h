@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppPersistence.h"
+#include "app/FolderFollower.h"
 #include "app/Services.h"
 #include "app/UploadQueue.h"
 #include "app/UploadWorkflow.h"
@@ -129,6 +130,8 @@ public:
     void setSelectedMachineLimits(const QJsonObject& limits);
 
     AppPersistence& persistence() { return *m_persistence; }
+    // Each job file that arrives complete in the followed folder becomes the chosen file.
+    FolderFollower& folderFollower() { return *m_folderFollower; }
     // The time that upload records and the duplicate window are measured with.
     void setClock(Clock clock);
 
@@ -198,6 +201,7 @@ private:
     std::unique_ptr<MachineConnecting> m_connector;
     UploaderFactory m_makeUploader;
     std::unique_ptr<AppPersistence> m_persistence;
+    FolderFollower* m_folderFollower = nullptr;
     Clock m_now;
 
     QList<Machine> m_machines;

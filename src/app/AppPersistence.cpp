@@ -151,6 +151,17 @@ void AppPersistence::setSelectedMachine(const std::optional<Machine>& machine) {
            selectedMachineKey);
 }
 
+QString AppPersistence::followedFolder() const {
+    return m_store->value(settings::followedFolderKey).toString();
+}
+
+void AppPersistence::setFollowedFolder(const QString& folder) {
+    if (folder.isEmpty())
+        m_store->remove(settings::followedFolderKey);
+    else
+        m_store->setValue(settings::followedFolderKey, folder);
+}
+
 QList<JobFile> AppPersistence::recentFiles() const {
     return listFromJson<JobFile>(decode(*m_store, recentFilesKey)).value_or(QList<JobFile>());
 }

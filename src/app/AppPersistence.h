@@ -42,6 +42,9 @@ public:
     // Under the store's write lock, since all machines' limits are one document; a PlatformError
     // of the file domain when it could not be taken, and then nothing is written.
     std::optional<Error> setMachineLimits(const QString& machineId, const QJsonObject& limits);
+    // The folder whose new job files the window offers; empty when none is followed.
+    QString followedFolder() const;
+    void setFollowedFolder(const QString& folder);
 
     // Newest first.
     QList<UploadRecord> uploadRecords() const;

@@ -22,6 +22,10 @@ inline constexpr QLatin1StringView installIdentifierKey{"installIdentifier"};
 inline constexpr QLatin1StringView automaticUpdateChecksKey{"automaticUpdateChecks"};
 inline constexpr QLatin1StringView windowGeometryKey{"mainWindowGeometry"};
 inline constexpr QLatin1StringView machineLimitsKey{"machineLimits"};
+// What a folder watch sent: per machine, the MD5 of each path's content.
+inline constexpr QLatin1StringView sentDigestsKey{"watchSentDigests"};
+// The folder whose new job files the window offers, as an absolute path.
+inline constexpr QLatin1StringView followedFolderKey{"followedFolder"};
 
 // Names an INI file that replaces the standard store, on every platform; tests and scripts use
 // it so that nothing touches the user's own settings.

@@ -5,8 +5,7 @@
 #include "app/SettingsStore.h"
 #include "cli/Console.h"
 #include "cli/InterruptNotifier.h"
-#include "cli/MachineAddress.h"
-#include "cli/MachineNameResolver.h"
+#include "cli/MachineTargets.h"
 #include "cli/UploadEndLines.h"
 #include "cli/UploadOutput.h"
 #include "discovery/LANMachineDiscoverer.h"
@@ -16,35 +15,10 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QLoggingCategory>
-#include <QSet>
 
 namespace tarnwick::cli {
 
 namespace {
-
-// Listens for the whole discovery window; the exit code of what stopped it.
-int resolveNames(const QStringList& names, MachineNameResolver& resolver,
-                 InterruptNotifier& interrupt, bool json) {
-    QObject::connect(&interrupt, &InterruptNotifier::interrupted, &resolver,
-                     &MachineNameResolver::cancel);
-    QEventLoop loop;
-    std::optional<Error> failure;
-    QObject::connect(&resolver, &MachineNameResolver::finished, &loop, &QEventLoop::quit);
-    QObject::connect(&resolver, &MachineNameResolver::failed, &loop, [&](const Error& error) {
-        failure = error;
-        loop.quit();
-    });
-    resolver.resolve(names);
-    loop.exec();
-    if (!failure)
-        return Success;
-    if (failure->is<CancellationError>()) {
-        reportFailure(UploadError::cancelled().description(), Cancelled, json);
-        return Cancelled;
-    }
-    reportFailure(discoveryFailureMessage(*failure), Failure, json);
-    return Failure;
-}
 
 // Why a job file cannot go to any machine, told before anything is sent; none when it can.
 std::optional<QString> unsendable(const Result<JobFile>& file) {
@@ -136,19 +110,6 @@ int UploadCommand::run(const QCommandLineParser& parser) {
 std::optional<QList<UploadPair>> UploadCommand::destinations(const QCommandLineParser& parser,
                                                              InterruptNotifier& interrupt,
                                                              int& exitCode) {
-    const bool json = parser.isSet(m_json);
-    const QStringList targets = parser.values(m_to);
-    QStringList names;
-    for (const QString& target : targets) {
-        if (parseMachineAddress(target))
-            continue;
-        if (looksLikeAddress(target)) {
-            reportFailure(invalidAddressMessage(), Usage, json);
-            exitCode = Usage;
-            return std::nullopt;
-        }
-        names.append(target);
-    }
     quint16 announcementPort = LANMachineDiscoverer::announcementPort;
     if (parser.isSet(m_discoveryPort)) {
         const std::optional<quint16> port = parsePortNumber(parser.value(m_discoveryPort));
@@ -158,54 +119,21 @@ std::optional<QList<UploadPair>> UploadCommand::destinations(const QCommandLineP
         }
         announcementPort = *port;
     }
-
-    MachineNameResolver resolver(announcementPort);
-    if (!names.isEmpty()) {
-        exitCode = resolveNames(names, resolver, interrupt, json);
-        if (exitCode != Success)
-            return std::nullopt;
-    }
-
-    QList<UploadPair> machines;
-    QSet<QString> ids;
-    for (const QString& target : targets) {
-        UploadPair destination;
-        if (const std::optional<Machine> address = parseMachineAddress(target)) {
-            destination.machine = *address;
-        } else {
-            const QList<Machine> named = resolver.machinesNamed(target);
-            if (named.size() != 1) {
-                const ExitCode code = named.isEmpty() ? Unreachable : Usage;
-                QStringList addresses;
-                for (const Machine& machine : named)
-                    addresses.append(machine.id());
-                reportFailure(
-                    named.isEmpty()
-                        ? tr("No machine named “%1” answered the scan.").arg(target)
-                        : tr("More than one machine is named “%1”: %2. Give its address instead.")
-                              .arg(target, addresses.join(QStringLiteral(", "))),
-                    code, json);
-                if (exitCode == Success)
-                    exitCode = code;
-                continue;
-            }
-            destination.machine = named.first();
-            if (destination.machine.status == Machine::ConnectionStatus::Busy &&
-                !parser.isSet(m_busyOk))
-                destination.skipReason =
-                    tr("“%1” at %2 is busy, so nothing was sent to it. Add "
-                       "--busy-ok to send to it anyway.")
-                        .arg(displayName(destination.machine.name), destination.machine.id());
-        }
-        // One upload at a time per machine, however often it is named.
-        if (!ids.contains(destination.machine.id())) {
-            ids.insert(destination.machine.id());
-            machines.append(destination);
-        }
-    }
-    if (exitCode != Success)
+    const std::optional<QList<Machine>> machines = MachineTargets::resolve(
+        parser.values(m_to), announcementPort, interrupt, parser.isSet(m_json), exitCode);
+    if (!machines)
         return std::nullopt;
-    return machines;
+
+    QList<UploadPair> destinations;
+    for (const Machine& machine : *machines) {
+        UploadPair destination{{}, machine, std::nullopt};
+        if (machine.status == Machine::ConnectionStatus::Busy && !parser.isSet(m_busyOk))
+            destination.skipReason = tr("“%1” at %2 is busy, so nothing was sent to it. Add "
+                                        "--busy-ok to send to it anyway.")
+                                         .arg(displayName(machine.name), machine.id());
+        destinations.append(destination);
+    }
+    return destinations;
 }
 
 int UploadCommand::send(const QList<JobFile>& files, const QList<UploadPair>& machines,

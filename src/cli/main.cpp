@@ -7,6 +7,7 @@
 #include "cli/InspectCommand.h"
 #include "cli/ScanCommand.h"
 #include "cli/UploadCommand.h"
+#include "cli/WatchCommand.h"
 #include "i18n/Translations.h"
 
 #include <QCoreApplication>
@@ -24,6 +25,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(std::make_unique<ScanCommand>());
     commands.push_back(std::make_unique<CheckCommand>());
     commands.push_back(std::make_unique<UploadCommand>());
+    commands.push_back(std::make_unique<WatchCommand>());
     commands.push_back(std::make_unique<HistoryCommand>());
     commands.push_back(std::make_unique<InspectCommand>());
     commands.push_back(std::make_unique<CheckUpdateCommand>());

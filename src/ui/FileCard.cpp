@@ -5,6 +5,7 @@
 #include "ui/ChosenFilesView.h"
 #include "ui/Divider.h"
 #include "ui/ElidedLabel.h"
+#include "ui/FollowedFolderLine.h"
 #include "ui/Icons.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
@@ -47,6 +48,7 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     another->setObjectName(QStringLiteral("chooseAnotherButton"));
     connect(another, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
     fileRow->addWidget(another, 0, Qt::AlignVCenter);
+    fileRow->addWidget(followButton(m_filePage), 0, Qt::AlignVCenter);
     page->addLayout(fileRow);
     page->addWidget(new ChosenFilesView(m_model, m_filePage));
 
@@ -74,7 +76,12 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     m_chooseButton->setObjectName(QStringLiteral("chooseFileButton"));
     m_chooseButton->setMinimumHeight(36);
     connect(m_chooseButton, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
-    layout->addWidget(m_chooseButton);
+    auto* chooseRow = new QHBoxLayout;
+    chooseRow->addWidget(m_chooseButton, 1);
+    m_chooseFollowButton = followButton(this);
+    chooseRow->addWidget(m_chooseFollowButton);
+    layout->addLayout(chooseRow);
+    layout->addWidget(new FollowedFolderLine(m_model.folderFollower(), this));
 
     connect(&m_model, &AppModel::selectedFileChanged, this, &FileCard::showFile);
     connect(&m_model, &AppModel::selectedMachineChanged, this, &FileCard::updateReviewButton);
@@ -93,9 +100,19 @@ void FileCard::showFile() {
     }
     m_filePage->setVisible(file.has_value());
     m_chooseButton->setVisible(!file);
+    m_chooseFollowButton->setVisible(!file);
     updateReviewButton();
     if (focusLeaves)
         (m_reviewButton->isEnabled() ? m_reviewButton : m_anotherButton)->setFocus();
+}
+
+QPushButton* FileCard::followButton(QWidget* parent) {
+    auto* button = new QPushButton(tr("Follow a Folder\u2026"), parent);
+    button->setObjectName(QStringLiteral("followFolderButton"));
+    button->setAccessibleName(tr("Follow a folder"));
+    connect(button, &QPushButton::clicked, this,
+            [this] { FollowedFolderLine::chooseFolder(window(), m_model.folderFollower()); });
+    return button;
 }
 
 void FileCard::updateReviewButton() {

@@ -26,6 +26,7 @@ Q_SIGNALS:
 private:
     void showFile();
     void updateReviewButton();
+    QPushButton* followButton(QWidget* parent);
 
     AppModel& m_model;
     QWidget* m_filePage;
@@ -34,6 +35,7 @@ private:
     QLabel* m_size;
     QPushButton* m_reviewButton;
     QPushButton* m_anotherButton;
+    QPushButton* m_chooseFollowButton;
 };
 
 } // namespace tarnwick::ui

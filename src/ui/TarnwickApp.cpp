@@ -4,6 +4,7 @@
 #include "app/SettingsStore.h"
 #include "ui/AboutView.h"
 #include "ui/ContentView.h"
+#include "ui/FollowedFolderLine.h"
 #include "ui/SettingsView.h"
 #include "ui/UpdateAlert.h"
 #include "update/UpdateChecker.h"
@@ -26,6 +27,9 @@ TarnwickApp::TarnwickApp(std::unique_ptr<AppModel> model, std::unique_ptr<Update
     m_updateAlert = new UpdateAlert(*m_checker, m_window.get());
     connect(this, &TarnwickApp::chooseJobFile, m_window.get(), &ContentView::openFilePanel);
     connect(m_window.get(), &ContentView::firstShown, this, &TarnwickApp::runLaunchTasks);
+    // A file from the followed folder waits for the user's review: the window asks to be seen.
+    connect(&m_model->folderFollower(), &FolderFollower::arrived, m_window.get(),
+            [this] { QApplication::alert(m_window.get()); });
     buildMenus();
 }
 
@@ -46,6 +50,11 @@ void TarnwickApp::buildMenus() {
     choose->setObjectName(QStringLiteral("chooseJobFileAction"));
     choose->setShortcut(QKeySequence::Open);
     connect(choose, &QAction::triggered, this, &TarnwickApp::chooseJobFile);
+    QAction* follow = file->addAction(tr("Follow a Folder\u2026"));
+    follow->setObjectName(QStringLiteral("followFolderAction"));
+    connect(follow, &QAction::triggered, this, [this] {
+        FollowedFolderLine::chooseFolder(m_window.get(), m_model->folderFollower());
+    });
     file->addSeparator();
     QAction* settings = file->addAction(tr("Settings\u2026"));
     settings->setObjectName(QStringLiteral("settingsAction"));

@@ -12,10 +12,12 @@
 #include "update/FeedServer.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSet>
 #include <QSettings>
 #include <QTcpServer>
 #include <QTemporaryDir>
@@ -117,6 +119,23 @@ std::function<void(QProcess&)> signalWhenSending(const QList<SimProcess*>& sims,
         void(signal), cli.kill();
 #endif
     };
+}
+
+// The events of a watch's JSON lines, each as "event file-name".
+QStringList watchEvents(const QString& jsonLines, const QSet<QString>& kinds) {
+    QStringList events;
+    for (const QString& line : jsonLines.split(u'\n', Qt::SkipEmptyParts)) {
+        const QJsonObject object = QJsonDocument::fromJson(line.toUtf8()).object();
+        if (kinds.contains(object[u"event"_s].toString()))
+            events.append(object[u"event"_s].toString() + u' ' +
+                          QFileInfo(object[u"file"_s].toString()).fileName());
+    }
+    return events;
+}
+
+void writeWhole(const QString& path, const QByteArray& content) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
 }
 
 } // namespace
@@ -492,6 +511,134 @@ private Q_SLOTS:
                               [](const SimProcess& sim) { return !sim.storedNames().isEmpty(); })),
             result.exitCode == 0 ? 1 : 0);
     }
+
+    // --once in a folder of new files; a row without simulator arguments sends to a closed port.
+    void watchOnce_data() {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QStringList>("sim");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QStringList>("stored");
+        QTest::addColumn<int>("starts");
+        const QStringList good{u"--ftype"_s, u"x"_s};
+        QStringList hundred;
+        for (int i = 0; i < 100; ++i)
+            hundred.append(u"part %1.nc"_s.arg(i, 3, 10, QLatin1Char('0')));
+        QTest::newRow("100 at once") << hundred << good << 0 << hundred << 100;
+        QTest::newRow("temporary names")
+            << QStringList{u"a.nc~"_s,        u".b.nc"_s, u"c.nc.tmp"_s,
+                           u"d.gcode.part"_s, u"e.txt"_s, u"f.CNC"_s}
+            << good << 0 << QStringList{u"f.CNC"_s} << 1;
+        QTest::newRow("empty folder") << QStringList() << good << 0 << QStringList() << 0;
+        QTest::newRow("unreachable")
+            << QStringList{u"f.nc"_s} << QStringList() << 3 << QStringList() << 0;
+        QTest::newRow("refused") << QStringList{u"f.nc"_s}
+                                 << good + QStringList{u"--cancel-after"_s, u"1"_s} << 4
+                                 << QStringList() << 1;
+        // A file name with a slash stands for a folder that does not exist.
+        QTest::newRow("no folder") << QStringList{u"gone/"_s} << good << 2 << QStringList() << 0;
+    }
+    void watchOnce() {
+        QFETCH(QStringList, files);
+        QFETCH(QStringList, sim);
+        QFETCH(int, exitCode);
+        QFETCH(QStringList, stored);
+        QFETCH(int, starts);
+        QTemporaryDir folder;
+        QString watched = folder.path();
+        for (const QString& name : files) {
+            if (name.endsWith(u'/'))
+                watched = folder.filePath(name);
+            else
+                writeWhole(folder.filePath(name), bytes.left(2000) + name.toUtf8());
+        }
+        SimProcess machine(sim.isEmpty() ? QStringList{u"--ftype"_s, u"x"_s} : sim);
+        QTcpServer closed;
+        QVERIFY(closed.listen(QHostAddress::LocalHost, 0));
+        const quint16 port = sim.isEmpty() ? closed.serverPort() : machine.waitUntilListening();
+        closed.close();
+        const CliResult result =
+            Cli().run({u"watch"_s, watched, u"--to"_s, at(port), u"--once"_s, u"--json"_s});
+        QCOMPARE(result.exitCode, exitCode);
+        QCOMPARE(machine.storedNames(), stored);
+        QCOMPARE(machine.loggedTypes().count(u"fileStart"_s), starts);
+        for (const QString& name : stored)
+            QCOMPARE(machine.stored(name), bytes.left(2000) + name.toUtf8());
+    }
+
+#ifdef Q_OS_UNIX
+    // A file written slowly in pieces goes once and whole; an unchanged re-save does not go; a
+    // re-export of the same size goes again. Each step waits for the watch's answer to the last.
+    void watchSendsEachCompleteVersionOnce() {
+        SimProcess machine({u"--ftype"_s, u"x"_s});
+        const QString target = at(machine.waitUntilListening());
+        QTemporaryDir folder;
+        const QString path = folder.filePath(u"slow.nc"_s);
+        const QByteArray first = bytes.left(8000), other = QByteArray(8000, 'G');
+        const QSet<QString> answers{u"sent"_s, u"unchanged"_s, u"failed"_s};
+        QFile slow(path);
+        QVERIFY(slow.open(QIODevice::WriteOnly));
+        QElapsedTimer sincePiece;
+        sincePiece.start();
+        qsizetype written = 0, step = 0;
+        const CliResult result = Cli().run(
+            {u"watch"_s, folder.path(), u"--to"_s, target, u"--json"_s}, [&](QProcess& cli) {
+                if (written < first.size()) {
+                    if (sincePiece.elapsed() >= 300) {
+                        slow.write(first.mid(written, 1000));
+                        slow.flush();
+                        written += 1000;
+                        sincePiece.start();
+                    }
+                    return;
+                }
+                const qsizetype answered =
+                    watchEvents(QString::fromUtf8(cli.peek(1 << 20)), answers).size();
+                if (answered <= step)
+                    return;
+                step = answered;
+                if (step == 1)
+                    writeWhole(path, first);
+                else if (step == 2)
+                    writeWhole(path, other);
+                else
+                    ::kill(pid_t(cli.processId()), SIGINT);
+            });
+        QCOMPARE(result.exitCode, 0);
+        QCOMPARE(watchEvents(result.out, answers),
+                 QStringList({u"sent slow.nc"_s, u"unchanged slow.nc"_s, u"sent slow.nc"_s}));
+        QCOMPARE(machine.loggedTypes().count(u"fileStart"_s), 2);
+        QCOMPARE(machine.stored(u"slow.nc"_s), other);
+    }
+
+    // The machine is found by name, busy: the file waits until it announces itself idle.
+    void watchWaitsForABusyMachine() {
+        SimProcess machine({u"--ftype"_s, u"x"_s});
+        const QByteArray announced =
+            "Bench Mill,127.0.0.1," + QByteArray::number(machine.waitUntilListening()) + ",";
+        const quint16 discovery = freeUdpPort();
+        QTemporaryDir folder;
+        writeWhole(folder.filePath(u"part.nc"_s), bytes);
+        QByteArray status = "1";
+        const CliResult result =
+            Cli().run({u"watch"_s, folder.path(), u"--to"_s, u"bench mill"_s, u"--json"_s,
+                       u"--discovery-port"_s, QString::number(discovery)},
+                      [&](QProcess& cli) {
+                          announce(discovery, announced + status);
+                          const QStringList events =
+                              watchEvents(QString::fromUtf8(cli.peek(1 << 20)),
+                                          {u"busy"_s, u"sent"_s, u"failed"_s});
+                          if (events.contains(u"busy "_s) && status == "1") {
+                              QVERIFY(machine.loggedTypes().isEmpty());
+                              status = "0";
+                          }
+                          if (events.size() > 1)
+                              ::kill(pid_t(cli.processId()), SIGINT);
+                      });
+        QCOMPARE(watchEvents(result.out, {u"busy"_s, u"sent"_s, u"failed"_s}),
+                 QStringList({u"busy "_s, u"sent part.nc"_s}));
+        QCOMPARE(machine.stored(u"part.nc"_s), bytes);
+    }
+#endif
 
     void historyPrintsNewestFirstFilteredAndChangesNothing() {
         const Cli cli;

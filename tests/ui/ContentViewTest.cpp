@@ -11,6 +11,7 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QLayout>
 #include <QLineEdit>
 #include <QListView>
@@ -453,6 +454,37 @@ private Q_SLOTS:
                           list->visualRect(list->model()->index(3, 0)).center());
         QTRY_COMPARE(h->model->selectedFile(), std::optional(files[2]));
         QCOMPARE(list->model()->index(0, 0).data().toString(), u"job3.nc"_s);
+    }
+
+    // Chosen through the card's panel: a job file that arrives complete in the folder becomes
+    // the chosen file, one that was there before does not, and one click stops following.
+    void aFileArrivingInTheFollowedFolderBecomesTheChosenFile() {
+        QTemporaryDir folder;
+        QFile old(writeFile(folder, u"old.nc"_s, "G0").toLocalFile());
+        QVERIFY(old.open(QIODevice::ReadWrite) &&
+                old.setFileTime(QDateTime::currentDateTime().addSecs(-60),
+                                QFileDevice::FileModificationTime));
+        old.close();
+        child<QPushButton>(&h->window, u"followFolderButton"_s)->click();
+        auto* panel = waitForWindow<QFileDialog>(u"followFolderPanel"_s);
+        QVERIFY(panel);
+        panel->selectFile(folder.path());
+        QMetaObject::invokeMethod(panel, &QDialog::accept);
+        const QString shown = QDir::toNativeSeparators(QDir(folder.path()).absolutePath());
+        QCOMPARE(shownText(&h->window, u"followedFolderText"_s),
+                 u"Following %1. New job files in it become the chosen file."_s.arg(shown));
+
+        writeFile(folder, u"part.nc"_s, "G1 X1\n");
+        QTRY_VERIFY_WITH_TIMEOUT(h->model->selectedFile(), 15000);
+        QCOMPARE(h->model->selectedFile()->fileName(), u"part.nc"_s);
+        QCOMPARE(shownText(&h->window, u"followedFolderText"_s),
+                 u"Following %1. Last arrived: part.nc."_s.arg(shown));
+        QCOMPARE(AppPersistence(temporaryStore(h->dir)).followedFolder(),
+                 QDir(folder.path()).absolutePath());
+
+        child<QPushButton>(&h->window, u"stopFollowingButton"_s)->click();
+        QCOMPARE(shownText(&h->window, u"followedFolderText"_s), u"<0 shown>"_s);
+        QCOMPARE(AppPersistence(temporaryStore(h->dir)).followedFolder(), QString());
     }
 
     void droppedFilesAreValidatedLikeChosenOnes() {
