@@ -362,9 +362,7 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("value");
         QTest::newRow("JSON") << u"uploads"_s << QVariant(QByteArray(R"([{"a":"b, c;d=e\\"}])"));
         QTest::newRow("bytes") << u"mainWindowGeometry"_s
-                               << QVariant(QByteArray("\x00"
-                                                      "1\xff\x7f\n\\ ",
-                                                      7));
+                               << QVariant(QByteArray::fromHex("0031ff7f0a5c20"));
         QTest::newRow("text") << u"installIdentifier"_s << QVariant(u" @x\tü\u202E\n\"; =,"_s);
         QTest::newRow("odd key") << u"group/odd key%"_s << QVariant(u"@"_s);
         QTest::newRow("General") << u"General/x"_s << QVariant(true);

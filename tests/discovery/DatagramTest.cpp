@@ -40,7 +40,6 @@ private Q_SLOTS:
         row("Unicode trimming", "\r\n\u00A0\u3000Mill,192.168.1.20,4000,1\u2029\n",
             machine("Mill", busy));
         row("extra fields ignored", "Mill,192.168.1.20,4000,0,more,,fields", machine());
-        row("busy before a trimmed LF", "Mill,192.168.1.20,4000,1\n", machine("Mill", busy));
         row("busy with a blank", "Mill,192.168.1.20,4000,1 ,x", machine());
         row("port with a plus sign", "Mill,192.168.1.20,+4000,0", machine());
         row("three fields", "Mill,192.168.1.20,4000", InsufficientFields);

@@ -76,10 +76,9 @@ private Q_SLOTS:
 
     void checksumMatchesABitwiseReference() {
         QCOMPARE(CRC16CCITT::checksum(QByteArrayView("123456789")), quint16(0x31C3));
-        QCOMPARE(CRC16CCITT::checksum(QByteArrayView()), quint16(0));
         QRandomGenerator random(1234);
         const QByteArray data = randomBytes(random, 9000);
-        for (qsizetype length = 0; length <= 1000; ++length) { // at every alignment
+        for (qsizetype length = 0; length <= 1000; ++length) { // at every alignment, from empty
             const qsizetype offset = length % 16;
             const QByteArrayView piece = QByteArrayView(data).sliced(offset, length);
             QCOMPARE(CRC16CCITT::checksum(piece), bitwiseChecksum(piece));

@@ -51,21 +51,16 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("view");
         QTest::addColumn<qsizetype>("chunkStart");
         QTest::addColumn<qsizetype>("chunkBytes");
-        QTest::newRow("20000 bytes, last chunk")
-            << qsizetype(20000) << qint64(8192) << 3u << QByteArray::fromHex("000000032000")
-            << qsizetype(16384) << qsizetype(3616);
-        QTest::newRow("20000 bytes, first chunk")
-            << qsizetype(20000) << qint64(8192) << 1u << QByteArray::fromHex("000000032000")
-            << qsizetype(0) << qsizetype(8192);
-        QTest::newRow("exactly two chunks")
-            << qsizetype(16384) << qint64(8192) << 2u << QByteArray::fromHex("000000022000")
-            << qsizetype(8192) << qsizetype(8192);
-        QTest::newRow("one byte more")
-            << qsizetype(16385) << qint64(8192) << 3u << QByteArray::fromHex("000000032000")
-            << qsizetype(16384) << qsizetype(1);
-        QTest::newRow("small chunks")
-            << qsizetype(6) << qint64(4) << 2u << QByteArray::fromHex("000000020004")
-            << qsizetype(4) << qsizetype(2);
+        const auto row = [](const char* name, qsizetype size, qint64 chunkSize, quint32 chunk,
+                            const char* view, qsizetype chunkStart, qsizetype chunkBytes) {
+            QTest::newRow(name) << size << chunkSize << chunk << QByteArray::fromHex(view)
+                                << chunkStart << chunkBytes;
+        };
+        row("20000 bytes, last chunk", 20000, 8192, 3, "000000032000", 16384, 3616);
+        row("20000 bytes, first chunk", 20000, 8192, 1, "000000032000", 0, 8192);
+        row("exactly two chunks", 16384, 8192, 2, "000000022000", 8192, 8192);
+        row("one byte more", 16385, 8192, 3, "000000032000", 16384, 1);
+        row("small chunks", 6, 4, 2, "000000020004", 4, 2);
     }
     void servesChunksAndTheView() {
         QFETCH(qsizetype, size);
@@ -91,16 +86,13 @@ private Q_SLOTS:
         MakeraUploadSession session = sessionFor(file);
         reply(session, file, chunkRequest(2));
         const MakeraPacket before = *session.lastPacket();
-        const auto outside = [](const char* text) {
-            return Error(UploadError::invalidResponse(QString::fromLatin1(text)));
+        const auto outside = [](const QString& text) {
+            return Error(UploadError::invalidResponse(text));
         };
 
-        QCOMPARE(session.receive(chunkRequest(0)).error(),
-                 outside("Requested chunk 0 is outside 1...3."));
-        QCOMPARE(session.receive(chunkRequest(4)).error(),
-                 outside("Requested chunk 4 is outside 1...3."));
-        QCOMPARE(session.receive(chunkRequest(0xFFFFFFFF)).error(),
-                 outside("Requested chunk 4294967295 is outside 1...3."));
+        for (const quint32 chunk : {0u, 4u, 0xFFFFFFFFu})
+            QCOMPARE(session.receive(chunkRequest(chunk)).error(),
+                     outside(u"Requested chunk %1 is outside 1...3."_s.arg(chunk)));
         for (const QByteArray& shortPayload :
              {QByteArray(), QByteArray::fromHex("00"), QByteArray::fromHex("000001")})
             QCOMPARE(session.receive(request(MakeraPacketType::FileData, shortPayload)).error(),
@@ -116,7 +108,7 @@ private Q_SLOTS:
         MakeraUploadSession empty(0, QStringLiteral("empty.nc"), {});
         QCOMPARE(empty.chunkCount(), 0);
         QCOMPARE(empty.receive(chunkRequest(1)).error(),
-                 outside("Requested chunk 1 is outside 1...0."));
+                 outside(u"Requested chunk 1 is outside 1...0."_s));
     }
 
     // A retry repeats the last reply; every chunk counts once, until a view starts over.
