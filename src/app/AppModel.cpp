@@ -564,11 +564,20 @@ QJsonObject AppModel::selectedMachineLimits() const {
 void AppModel::setSelectedMachineLimits(const QJsonObject& limits) {
     if (!m_selectedMachine)
         return;
-    if (const std::optional<Error> error =
-            m_persistence->setMachineLimits(m_selectedMachine->id(), limits))
-        setErrorMessage(
-            tr("The machine's limits could not be saved: %1").arg(error->description()));
-    Q_EMIT machineLimitsChanged();
+    // All machines' limits are one document rewritten under the store's lock, which another
+    // program may hold for seconds.
+    auto* writing = new QFutureWatcher<std::optional<Error>>(this);
+    connect(writing, &QFutureWatcherBase::finished, this, [this, writing] {
+        writing->deleteLater();
+        if (const std::optional<Error> error = writing->result())
+            setErrorMessage(
+                tr("The machine's limits could not be saved: %1").arg(error->description()));
+        Q_EMIT machineLimitsChanged();
+    });
+    writing->setFuture(
+        QtConcurrent::run(&AppPersistence::writers(),
+                          [open = m_persistence->opener(), machine = m_selectedMachine->id(),
+                           limits] { return open()->setMachineLimits(machine, limits); }));
 }
 
 } // namespace tarnwick

@@ -199,6 +199,14 @@ std::optional<QList<UploadRecord>> AppPersistence::readUploadRecords() const {
     return listFromJson<UploadRecord>(decode(*store, uploadsKey));
 }
 
+QThreadPool& AppPersistence::writers() {
+    struct SingleWriter : QThreadPool {
+        SingleWriter() { setMaxThreadCount(1); }
+    };
+    static SingleWriter pool;
+    return pool;
+}
+
 AppPersistence::Opener AppPersistence::opener() const {
     return [fileName = m_store->fileName(), format = m_store->format(), wait = m_lockWait] {
         auto store = std::make_unique<AppPersistence>(format == settings::fileFormat()

@@ -9,6 +9,7 @@
 #include <QJsonValue>
 #include <QList>
 #include <QSettings>
+#include <QThreadPool>
 
 #include <chrono>
 #include <functional>
@@ -61,6 +62,11 @@ public:
     // it: a QSettings handle is never shared between threads.
     using Opener = std::function<std::unique_ptr<AppPersistence>()>;
     Opener opener() const;
+
+    // The one thread on which this process's locked writes run, in the order they were asked
+    // for: a lock that another program holds for seconds holds up that thread, never the main
+    // thread, nor the pool that hashes job files.
+    static QThreadPool& writers();
 
 private:
     std::unique_ptr<QSettings> m_store;

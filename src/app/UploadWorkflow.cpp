@@ -2,25 +2,10 @@
 
 #include <QCoreApplication>
 #include <QFutureWatcher>
-#include <QThreadPool>
 #include <QTimer>
 #include <QtConcurrent/QtConcurrentRun>
 
 namespace tarnwick {
-
-namespace {
-
-// One writer at a time in this process: its writes queue here rather than at the lock file, and
-// a history locked by another program holds up one thread, not the pool that hashes job files.
-QThreadPool& historyWriters() {
-    struct SingleWriter : QThreadPool {
-        SingleWriter() { setMaxThreadCount(1); }
-    };
-    static SingleWriter pool;
-    return pool;
-}
-
-} // namespace
 
 QString UploadOutcome::notRecordedMessage() const {
     return QCoreApplication::translate("UploadWorkflow",
@@ -86,9 +71,10 @@ void UploadWorkflow::record() {
         end(notSaved ? UploadOutcome{UploadOutcome::Kind::UploadedNotRecorded, notSaved}
                      : UploadOutcome{UploadOutcome::Kind::Uploaded, std::nullopt});
     });
-    writing->setFuture(QtConcurrent::run(&historyWriters(), [open = m_history.opener(), record] {
-        return open()->recordUpload(record);
-    }));
+    writing->setFuture(
+        QtConcurrent::run(&AppPersistence::writers(), [open = m_history.opener(), record] {
+            return open()->recordUpload(record);
+        }));
 }
 
 void UploadWorkflow::endLater(UploadOutcome outcome) {

@@ -272,8 +272,8 @@ private Q_SLOTS:
         child<QDoubleSpinBox>(dialog, u"travelZ"_s)->setValue(100);
         child<QSpinBox>(dialog, u"toolPositions"_s)->setValue(6);
         QTest::mouseClick(save, Qt::LeftButton);
-        QCOMPARE(gcode::limitsFromJson(h.model->persistence().machineLimits(mill.id())),
-                 std::optional(gcode::MachineLimits{{360, 200, 100}, {}, 6, {}}));
+        QTRY_COMPARE(gcode::limitsFromJson(h.model->persistence().machineLimits(mill.id())),
+                     std::optional(gcode::MachineLimits{{360, 200, 100}, {}, 6, {}}));
 
         const QString span = u"The cuts span 412.0 mm in X; this machine travels 360.0 mm."_s;
         h.model->chooseFile(
