@@ -26,8 +26,8 @@ private Q_SLOTS:
                               statusWord(Status::Unavailable)}),
                  (QStringList{u"Available"_s, u"Connecting"_s, u"Connected"_s, u"Busy"_s,
                               u"Unavailable"_s}));
-        Machine machine{u"Bench Mill"_s, u"M-200"_s, u"10.0.0.5"_s, 80, Status::Busy};
-        QCOMPARE(machineSubtitle(machine), u"M-200 \u00B7 10.0.0.5:80"_s);
+        Machine machine{u"Bench Mill"_s, u"Test Rig"_s, u"10.0.0.5"_s, 80, Status::Busy};
+        QCOMPARE(machineSubtitle(machine), u"Test Rig \u00B7 10.0.0.5:80"_s);
         machine.model.reset();
         QCOMPARE(machineSubtitle(machine), u"Model unknown \u00B7 10.0.0.5:80"_s);
     }

@@ -160,7 +160,7 @@ void shootAppearance(const QString& folder, const QString& appearance, const QPa
 
     h.model->discover();
     scan = h.discoverer->scans.last();
-    const Machine workshop{QStringLiteral("Workshop"), QStringLiteral("M-200"),
+    const Machine workshop{QStringLiteral("Workshop"), QStringLiteral("Test Rig"),
                            QStringLiteral("192.168.1.40"), 2222,
                            Machine::ConnectionStatus::Discovered};
     Q_EMIT scan->machineFound(workshop);
@@ -227,7 +227,7 @@ void shootAppearance(const QString& folder, const QString& appearance, const QPa
 
     const QString longName =
         QStringLiteral("walnut-tray-") + QString(180, QLatin1Char('x')) + QStringLiteral("-final");
-    const Machine longMachine{longName, QStringLiteral("M-200"), QStringLiteral("192.168.1.41"),
+    const Machine longMachine{longName, QStringLiteral("Test Rig"), QStringLiteral("192.168.1.41"),
                               2222, Machine::ConnectionStatus::Discovered};
     h.model->discover();
     Q_EMIT h.discoverer->scans.last()->machineFound(longMachine);
