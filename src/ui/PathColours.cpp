@@ -38,8 +38,10 @@ QColor deepOf(QColor accent, bool darkBackground) {
 } // namespace
 
 double contrastRatio(QColor first, QColor second) {
-    const auto [darker, lighter] = std::minmax(luminance(first), luminance(second));
-    return (lighter + 0.05) / (darker + 0.05);
+    // std::minmax of two temporaries would hand back references to values already gone.
+    const double a = luminance(first);
+    const double b = luminance(second);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
 QColor withContrast(QColor colour, QColor background, double ratio) {
