@@ -4,7 +4,7 @@
 #include "ui/MachineListModel.h"
 #include "ui/Style.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QPainter>
 
 namespace tarnwick::ui {
@@ -31,12 +31,8 @@ QSize MachineRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QMo
 
 void MachineRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index) const {
-    QStyleOptionViewItem background = option;
-    initStyleOption(&background, index);
-    background.text.clear();
+    style::drawRowBackground(painter, option);
     const QWidget* widget = option.widget;
-    QStyle* style = widget ? widget->style() : QApplication::style();
-    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &background, painter, widget);
 
     const auto status = Machine::ConnectionStatus(index.data(MachineListModel::StatusRole).toInt());
     const QRect area = option.rect.adjusted(horizontalPadding, verticalPadding + 4,

@@ -45,15 +45,7 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     m_list->viewport()->installEventFilter(this);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // A tinted selection keeps the rows' own colours (status dot, secondary address) legible.
-    QPalette listPalette = m_list->palette();
-    const QColor tint = style::withAlpha(listPalette.color(QPalette::Highlight), 0.28);
-    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        listPalette.setColor(group, QPalette::Highlight, tint);
-        listPalette.setColor(group, QPalette::HighlightedText,
-                             listPalette.color(QPalette::WindowText));
-    }
-    m_list->setPalette(listPalette);
+    style::tintSelection(m_list);
     m_emptyHint = new QLabel(
         tr("No machine answered the scan.\n\n"
            "This usually means that the system does not allow Tarnwick to use the local "

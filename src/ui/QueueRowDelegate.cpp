@@ -3,7 +3,6 @@
 #include "ui/QueueListModel.h"
 #include "ui/Style.h"
 
-#include <QApplication>
 #include <QPainter>
 
 namespace tarnwick::ui {
@@ -24,12 +23,8 @@ QSize QueueRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QMode
 
 void QueueRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
-    QStyleOptionViewItem background = option;
-    initStyleOption(&background, index);
-    background.text.clear();
+    style::drawRowBackground(painter, option);
     const QWidget* widget = option.widget;
-    QStyle* style = widget ? widget->style() : QApplication::style();
-    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &background, painter, widget);
 
     painter->save();
     QRect area = option.rect.adjusted(padding, padding, -padding, -padding);

@@ -38,15 +38,7 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
     m_list->setUniformItemSizes(true);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // A tinted selection keeps each row's progress bar and failure colour legible.
-    QPalette listPalette = m_list->palette();
-    const QColor tint = style::withAlpha(listPalette.color(QPalette::Highlight), 0.28);
-    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        listPalette.setColor(group, QPalette::Highlight, tint);
-        listPalette.setColor(group, QPalette::HighlightedText,
-                             listPalette.color(QPalette::WindowText));
-    }
-    m_list->setPalette(listPalette);
+    style::tintSelection(m_list);
     layout->addWidget(m_list);
 
     m_summary = new QLabel(this);

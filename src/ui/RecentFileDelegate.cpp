@@ -4,7 +4,6 @@
 #include "ui/RecentFilesModel.h"
 #include "ui/Style.h"
 
-#include <QApplication>
 #include <QPainter>
 
 #include <algorithm>
@@ -28,13 +27,8 @@ QSize RecentFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QMo
 
 void RecentFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index) const {
-    QStyleOptionViewItem background = option;
-    initStyleOption(&background, index);
-    background.text.clear();
-    background.icon = {};
+    style::drawRowBackground(painter, option);
     const QWidget* widget = option.widget;
-    QStyle* style = widget ? widget->style() : QApplication::style();
-    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &background, painter, widget);
 
     const QRect area = option.rect.adjusted(horizontalPadding, 0, -horizontalPadding, -1);
     const QColor secondary = style::secondaryText(widget);

@@ -1,10 +1,12 @@
 #include "ui/Style.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
+#include <QStyleOptionViewItem>
 #include <QWidget>
 
 namespace tarnwick::ui::style {
@@ -132,6 +134,25 @@ void makeProminent(QPushButton* button) {
 void makeSecondary(QLabel* label) {
     // A role rather than a colour, so the text follows a change between light and dark.
     label->setForegroundRole(QPalette::PlaceholderText);
+}
+
+void tintSelection(QAbstractItemView* list) {
+    QPalette palette = list->palette();
+    const QColor tint = withAlpha(palette.color(QPalette::Highlight), 0.28);
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        palette.setColor(group, QPalette::Highlight, tint);
+        palette.setColor(group, QPalette::HighlightedText, palette.color(QPalette::WindowText));
+    }
+    list->setPalette(palette);
+}
+
+void drawRowBackground(QPainter* painter, const QStyleOptionViewItem& option) {
+    QStyleOptionViewItem background = option;
+    background.text.clear();
+    background.icon = {};
+    const QWidget* widget = option.widget;
+    QStyle* style = widget ? widget->style() : QApplication::style();
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &background, painter, widget);
 }
 
 } // namespace tarnwick::ui::style

@@ -5,9 +5,12 @@
 #include <QColor>
 #include <QFont>
 
-class QWidget;
+class QAbstractItemView;
 class QLabel;
+class QPainter;
 class QPushButton;
+class QStyleOptionViewItem;
+class QWidget;
 
 namespace tarnwick::ui {
 
@@ -44,6 +47,12 @@ void makeSecondary(QLabel* label);
 void setTextColor(QWidget* widget, const QColor& color);
 // The main action of a window or sheet: filled with the accent colour so that it stands out.
 void makeProminent(QPushButton* button);
+
+// A list whose selection is a tint of the highlight colour, so that what a row draws in its own
+// colours (a status dot, a progress bar, a secondary line) stays legible when it is selected.
+void tintSelection(QAbstractItemView* list);
+// The platform's selection and hover background of a row, beneath what its delegate draws.
+void drawRowBackground(QPainter* painter, const QStyleOptionViewItem& option);
 
 } // namespace style
 } // namespace tarnwick::ui
