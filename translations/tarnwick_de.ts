@@ -324,6 +324,10 @@ Exit-Codes:
         <source>More than one machine is named “%1”: %2. Give its address instead.</source>
         <translation>Mehr als eine Maschine heißt „%1“: %2. Geben Sie stattdessen ihre Adresse an.</translation>
     </message>
+    <message>
+        <source>A machine: its IPv4 address, with the controller&apos;s port (%1 when left out), or the name it announces on the local network, in any letter case (the tool listens for three seconds, and a name that two machines share is refused). Repeat for several machines.</source>
+        <translation>Eine Maschine: ihre IPv4-Adresse mit dem Port der Steuerung (%1, wenn weggelassen) oder der Name, unter dem sie sich im lokalen Netzwerk meldet, in beliebiger Groß- und Kleinschreibung (das Werkzeug hört drei Sekunden lang zu, und ein Name, den zwei Maschinen tragen, wird abgelehnt). Für mehrere Maschinen wiederholen.</translation>
+    </message>
 </context>
 <context>
     <name>ProgressBar</name>
@@ -444,10 +448,6 @@ Exit-Codes:
         <translation>%1 ist leer, es gibt also nichts zu senden.</translation>
     </message>
     <message>
-        <source>A machine: its IPv4 address, with the controller&apos;s port (%1 when left out), or the name it announces on the local network, in any letter case (the tool listens for three seconds, and a name that two machines share is refused). Repeat for several machines.</source>
-        <translation>Eine Maschine: ihre IPv4-Adresse mit dem Port der Steuerung (%1, wenn weggelassen) oder der Name, unter dem sie sich im lokalen Netzwerk meldet, in beliebiger Groß- und Kleinschreibung (das Werkzeug hört drei Sekunden lang zu, und ein Name, den zwei Maschinen tragen, wird abgelehnt). Für mehrere Maschinen wiederholen.</translation>
-    </message>
-    <message>
         <source>Sends job files (.nc, .cnc or .gcode) into each machine&apos;s folder %1. The jobs are not started. Every file goes to every machine: one file at a time per machine, in the order given, and the machines in parallel.
 Ctrl-C, SIGTERM or SIGHUP cancels the uploads and tells the machines.
 
@@ -498,10 +498,6 @@ Exit codes: 0 when stopped, 2 bad usage or no such folder, 3 when a name is not 
 Läuft bis Strg-C, SIGTERM oder SIGHUP; das bricht laufende Uploads ab und teilt es den Maschinen mit.
 
 Exit-Codes: 0 nach dem Beenden, 2 falscher Aufruf oder kein solcher Ordner, 3 wenn ein Name nicht gehört wird, 6 abgebrochen. Mit --once die Klasse des ersten Fehlers, wie beim Befehl upload.</translation>
-    </message>
-    <message>
-        <source>A machine: its IPv4 address, with the controller&apos;s port (%1 when left out), or the name it announces on the local network, in any letter case. Repeat for several machines.</source>
-        <translation>Eine Maschine: ihre IPv4-Adresse, mit dem Port der Steuerung (%1, wenn er fehlt), oder der Name, mit dem sie sich im lokalen Netz meldet, in beliebiger Groß- und Kleinschreibung. Für mehrere Maschinen wiederholen.</translation>
     </message>
     <message>
         <source>Print one JSON object per line and event: {&quot;event&quot;} with event one of watching, folderMissing, folderBack, seen, sent, unchanged, failed, busy, unreachable; &quot;file&quot; or &quot;folder&quot; and &quot;machine&quot; where they apply; a failure with {&quot;error&quot;, &quot;kind&quot;}, a wait for an unreachable machine with {&quot;retryInSeconds&quot;}.</source>

@@ -9,6 +9,7 @@
 // machines were sending. Run it on the offscreen platform in a release build.
 
 #include "LatenessProbe.h"
+#include "SilentConnector.h"
 #include "app/AppModel.h"
 #include "app/SettingsStore.h"
 #include "transfer/MakeraFileUploader.h"
@@ -36,18 +37,6 @@ public:
         public:
             using MachineScan::MachineScan;
             void cancel() override { Q_EMIT failed(CancellationError{}); }
-        };
-        return new Pending(parent);
-    }
-};
-
-class SilentConnector : public MachineConnecting {
-public:
-    ConnectionCheck* checkConnection(const Machine&, QObject* parent) override {
-        class Pending : public ConnectionCheck {
-        public:
-            using ConnectionCheck::ConnectionCheck;
-            void cancel() override {}
         };
         return new Pending(parent);
     }
@@ -109,7 +98,7 @@ int main(int argc, char* argv[]) {
     job.close();
     const JobFile file = JobFile::fromUrl(QUrl::fromLocalFile(job.fileName())).value();
 
-    AppModel model(std::make_unique<NoScan>(), std::make_unique<SilentConnector>(),
+    AppModel model(std::make_unique<NoScan>(), std::make_unique<bench::SilentConnector>(),
                    MakeraFileUploader::factory(),
                    std::make_unique<AppPersistence>(
                        settings::openStoreFile(work.filePath(QStringLiteral("store.ini")))));

@@ -9,6 +9,7 @@
 // (QT_QPA_PLATFORM=offscreen) in a release build.
 
 #include "LatenessProbe.h"
+#include "SilentConnector.h"
 #include "app/AppModel.h"
 #include "app/SettingsStore.h"
 #include "ui/ContentView.h"
@@ -59,18 +60,6 @@ public:
     QPointer<FloodScan> scan;
 };
 
-class SilentConnector : public MachineConnecting {
-public:
-    ConnectionCheck* checkConnection(const Machine&, QObject* parent) override {
-        class Pending : public ConnectionCheck {
-        public:
-            using ConnectionCheck::ConnectionCheck;
-            void cancel() override {}
-        };
-        return new Pending(parent);
-    }
-};
-
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -82,7 +71,7 @@ int main(int argc, char* argv[]) {
     auto discoverer = std::make_unique<FloodDiscoverer>();
     FloodDiscoverer* flood = discoverer.get();
     AppModel model(
-        std::move(discoverer), std::make_unique<SilentConnector>(),
+        std::move(discoverer), std::make_unique<bench::SilentConnector>(),
         [] { return std::unique_ptr<FileUploading>(); },
         std::make_unique<AppPersistence>(
             settings::openStoreFile(storeDir.filePath(QStringLiteral("store.ini")))));

@@ -10,6 +10,16 @@
 
 namespace tarnwick::cli {
 
+QCommandLineOption MachineTargets::option() {
+    return {QStringLiteral("to"),
+            tr("A machine: its IPv4 address, with the controller's port (%1 when left out), or "
+               "the name it announces on the local network, in any letter case (the tool listens "
+               "for three seconds, and a name that two machines share is refused). Repeat for "
+               "several machines.")
+                .arg(defaultControllerPort),
+            QStringLiteral("MACHINE")};
+}
+
 namespace {
 
 // Listens for the whole discovery window; the exit code of what stopped it.

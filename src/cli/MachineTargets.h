@@ -2,6 +2,7 @@
 
 #include "app/Machine.h"
 
+#include <QCommandLineOption>
 #include <QCoreApplication>
 #include <QList>
 
@@ -17,6 +18,9 @@ class MachineTargets {
     Q_DECLARE_TR_FUNCTIONS(MachineTargets)
 
 public:
+    // The --to option of the commands that send, with the rules resolve() follows.
+    static QCommandLineOption option();
+
     // The machines in order and each once; none when a problem was reported, with the exit code
     // that says which. Names are listened for on `announcementPort`.
     static std::optional<QList<Machine>> resolve(const QStringList& targets,

@@ -56,13 +56,7 @@ UploadCommand::UploadCommand()
              "  7  sent to this machine in the last 24 hours (see --again)\n"
              "  8  the job file changed or became unreadable during the upload")
               .arg(QLatin1String(machineJobFolder)))
-    , m_to(QStringLiteral("to"),
-           tr("A machine: its IPv4 address, with the controller's port (%1 when left out), or "
-              "the name it announces on the local network, in any letter case (the tool listens "
-              "for three seconds, and a name that two machines share is refused). Repeat for "
-              "several machines.")
-               .arg(defaultControllerPort),
-           QStringLiteral("MACHINE"))
+    , m_to(MachineTargets::option())
     , m_again(QStringLiteral("again"),
               tr("Send a file even if it went to the machine in the last 24 hours."))
     , m_busyOk(QStringLiteral("busy-ok"),

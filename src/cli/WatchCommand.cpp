@@ -35,12 +35,7 @@ WatchCommand::WatchCommand()
                  "not heard, 6 cancelled. With --once, the class of the first failure, as the "
                  "upload command has them.")
                   .arg(QLatin1String(machineJobFolder)))
-    , m_to(QStringLiteral("to"),
-           tr("A machine: its IPv4 address, with the controller's port (%1 when left out), or "
-              "the name it announces on the local network, in any letter case. Repeat for "
-              "several machines.")
-               .arg(defaultControllerPort),
-           QStringLiteral("MACHINE"))
+    , m_to(MachineTargets::option())
     , m_json(QStringLiteral("json"),
              tr("Print one JSON object per line and event: {\"event\"} with event one of "
                 "watching, folderMissing, folderBack, seen, sent, unchanged, failed, busy, "
