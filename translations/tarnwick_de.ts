@@ -1130,8 +1130,8 @@ Exit-Codes: 0 Erfolg, 1 Fehler, 2 falscher Aufruf oder ungültige Eingabe; uploa
         <translation>Entfernen</translation>
     </message>
     <message>
-        <source>Remove the chosen file</source>
-        <translation>Die gewählte Datei entfernen</translation>
+        <source>Remove %1 from the upload</source>
+        <translation>%1 aus dem Hochladen entfernen</translation>
     </message>
 </context>
 <context>
@@ -1741,28 +1741,36 @@ Mit „IP-Adresse eingeben“ unten fügen Sie die Maschine über ihre Adresse h
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
     </message>
-</context>
-<context>
-    <name>tarnwick::ui::QueueView</name>
-    <message>
-        <source>Uploads</source>
-        <translation>Uploads</translation>
-    </message>
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
     <message>
-        <source>Cancel the chosen upload</source>
-        <translation>Den gewählten Upload abbrechen</translation>
+        <source>Send Anyway</source>
+        <translation>Trotzdem senden</translation>
     </message>
     <message>
         <source>Retry</source>
         <translation>Wiederholen</translation>
     </message>
     <message>
-        <source>Retry the chosen upload</source>
-        <translation>Den gewählten Upload wiederholen</translation>
+        <source>Cancel the upload of %1 to %2</source>
+        <translation>Hochladen von %1 auf %2 abbrechen</translation>
+    </message>
+    <message>
+        <source>Send %1 to %2 anyway</source>
+        <translation>%1 trotzdem an %2 senden</translation>
+    </message>
+    <message>
+        <source>Retry the upload of %1 to %2</source>
+        <translation>Hochladen von %1 auf %2 wiederholen</translation>
+    </message>
+</context>
+<context>
+    <name>tarnwick::ui::QueueView</name>
+    <message>
+        <source>Uploads</source>
+        <translation>Uploads</translation>
     </message>
     <message>
         <source>Cancel All</source>

@@ -1,5 +1,7 @@
 #include "app/UploadQueue.h"
 
+#include "app/DisplayName.h"
+
 #include <QCoreApplication>
 #include <QSet>
 
@@ -58,11 +60,11 @@ void UploadQueue::start(const QList<JobFile>& files, const QList<Machine>& machi
         return;
     for (const QPointer<UploadWorkflow>& workflow : std::as_const(m_workflows))
         delete workflow;
-    m_duplicateConfirmed = duplicateConfirmed;
     m_pairs.clear();
     for (const JobFile& file : files) {
         for (const Machine& machine : machines)
-            m_pairs.append(QueuedUpload{file, machine, QueuedUpload::State::Waiting, {}, 0, {}});
+            m_pairs.append(QueuedUpload{
+                .file = file, .machine = machine, .duplicateConfirmed = duplicateConfirmed});
     }
     m_workflows = QList<QPointer<UploadWorkflow>>(m_pairs.size());
     m_waiting.clear();
@@ -120,7 +122,7 @@ void UploadQueue::startPair(qsizetype row) {
     connect(workflow, &UploadWorkflow::ended, this,
             [this, row](const UploadOutcome& outcome) { endPair(row, outcome); });
     changePair(row);
-    workflow->start(m_duplicateConfirmed);
+    workflow->start(pair.duplicateConfirmed);
 }
 
 void UploadQueue::endPair(qsizetype row, const UploadOutcome& outcome) {
@@ -174,6 +176,8 @@ void UploadQueue::retry(qsizetype row) {
     if (row < 0 || row >= m_pairs.size() || !m_pairs.at(row).canRetry())
         return;
     QueuedUpload& pair = m_pairs[row];
+    if (pair.state == QueuedUpload::State::DuplicateRefused)
+        pair.duplicateConfirmed = true;
     pair.state = QueuedUpload::State::Waiting;
     pair.error.reset();
     pair.progress.reset();
@@ -221,8 +225,9 @@ QString UploadQueue::summary() const {
             continue;
         failures << (severalFiles
                          ? tr("%1, %2: %3")
-                               .arg(pair.machine.name, pair.file.fileName(), pair.stateText())
-                         : tr("%1: %2").arg(pair.machine.name, pair.stateText()));
+                               .arg(displayName(pair.machine.name), pair.file.fileName(),
+                                    pair.stateText())
+                         : tr("%1: %2").arg(displayName(pair.machine.name), pair.stateText()));
     }
     if (!failures.isEmpty())
         parts << tr("%n failed: %1", nullptr, int(failures.size())).arg(failures.join(tr("; ")));

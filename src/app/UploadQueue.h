@@ -29,15 +29,21 @@ struct QueuedUpload {
     Machine machine;
     State state = State::Waiting;
     // The last value of the transfer while sending, and after it ended.
-    std::optional<TransferProgress> progress;
+    std::optional<TransferProgress> progress = std::nullopt;
     // How much of the file was checked, 0 to 1, while checking.
     double checkedFraction = 0;
-    std::optional<Error> error;
+    std::optional<Error> error = std::nullopt;
+    // Sent even when the same file went to the same machine in the last 24 hours.
+    bool duplicateConfirmed = false;
 
     bool isRunning() const { return state == State::Checking || state == State::Sending; }
     bool hasEnded() const { return state != State::Waiting && !isRunning(); }
     bool isSent() const { return state == State::Sent || state == State::NotRecorded; }
-    bool canRetry() const { return state == State::Failed || state == State::Cancelled; }
+    // A refused duplicate is sent when the user retries it: the retry is the confirmation.
+    bool canRetry() const {
+        return state == State::Failed || state == State::Cancelled ||
+               state == State::DuplicateRefused;
+    }
     // What became of the pair, in words: "Waiting", "Sent", or the failure's description.
     QString stateText() const;
 };
@@ -67,7 +73,8 @@ public:
     // A waiting pair is dropped at once; a running one tells its machine that the upload stops.
     void cancel(qsizetype row);
     void cancelAll();
-    // Sends a failed or cancelled pair again, after the pairs still waiting for its machine.
+    // Sends a failed, cancelled or refused pair again, after the pairs still waiting for its
+    // machine.
     void retry(qsizetype row);
 
     // How the queue ended, such as "5 of 6 sent; 1 failed: Bench Mill: …".
@@ -90,7 +97,6 @@ private:
     AppPersistence& m_history;
     const UploaderFactory m_makeUploader;
     UploadWorkflow::Clock m_now;
-    bool m_duplicateConfirmed = false;
     QList<QueuedUpload> m_pairs;
     QList<QPointer<UploadWorkflow>> m_workflows;
     // Rows that wait for their machine, in the order they are to be sent.

@@ -2,12 +2,12 @@
 
 #include "app/AppModel.h"
 #include "app/TransferTexts.h"
+#include "ui/RowButtons.h"
 
 #include <QAbstractListModel>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QListView>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tarnwick::ui {
@@ -16,16 +16,24 @@ namespace {
 
 constexpr int visibleRows = 5;
 
+enum Role {
+    RemoveRole = Qt::UserRole + 1,
+    RemoveNameRole
+};
+
 class ChosenFilesModel : public QAbstractListModel {
 public:
     ChosenFilesModel(AppModel& model, QObject* parent)
         : QAbstractListModel(parent)
         , m_model(model) {
         // Files are added and removed by the user a few at a time: the list starts again.
-        connect(&m_model, &AppModel::selectedFilesChanged, this, [this] {
+        const auto reset = [this] {
             beginResetModel();
             endResetModel();
-        });
+        };
+        connect(&m_model, &AppModel::selectedFilesChanged, this, reset);
+        // No file leaves an upload that runs.
+        connect(&m_model, &AppModel::isUploadingChanged, this, reset);
     }
 
     int rowCount(const QModelIndex& parent = {}) const override {
@@ -43,6 +51,10 @@ public:
             return ChosenFilesView::tr("%1 · %2").arg(file.fileName(), byteCount(file.size));
         case Qt::ToolTipRole:
             return file.url.toLocalFile();
+        case RemoveRole:
+            return m_model.isUploading() ? QString() : ChosenFilesView::tr("Remove");
+        case RemoveNameRole:
+            return ChosenFilesView::tr("Remove %1 from the upload").arg(file.fileName());
         default:
             return {};
         }
@@ -68,14 +80,13 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     m_list->setSpacing(2);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->setTextElideMode(Qt::ElideMiddle);
+    m_list->setItemDelegate(new RowButtonDelegate(RemoveRole, m_list));
     m_list->installEventFilter(this);
     layout->addWidget(m_list, 1);
-    m_remove = new QPushButton(tr("Remove"), this);
-    m_remove->setObjectName(QStringLiteral("removeFileButton"));
-    m_remove->setAccessibleName(tr("Remove the chosen file"));
-    layout->addWidget(m_remove, 0, Qt::AlignTop);
+    auto* removeButtons = new RowButtons(m_list, RemoveRole, RemoveNameRole);
+    connect(removeButtons, &RowButtons::clicked, this,
+            [this](int row) { m_model.removeFile(row); });
 
-    connect(m_remove, &QPushButton::clicked, this, &ChosenFilesView::removeCurrent);
     connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
                 if (current.isValid())
@@ -98,11 +109,10 @@ void ChosenFilesView::showFiles() {
     const qsizetype row = shown ? files.indexOf(*shown) : -1;
     if (row >= 0 && m_list->currentIndex().row() != row)
         m_list->setCurrentIndex(m_list->model()->index(int(row), 0));
-    m_remove->setEnabled(!m_model.isUploading());
 }
 
 void ChosenFilesView::removeCurrent() {
-    if (m_list->currentIndex().isValid())
+    if (m_list->currentIndex().isValid() && !m_model.isUploading())
         m_model.removeFile(m_list->currentIndex().row());
 }
 

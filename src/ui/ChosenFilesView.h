@@ -3,7 +3,6 @@
 #include <QWidget>
 
 class QListView;
-class QPushButton;
 
 namespace tarnwick {
 class AppModel;
@@ -11,8 +10,8 @@ class AppModel;
 
 namespace tarnwick::ui {
 
-// The files chosen together, one line each with its size; the line chosen is the file the
-// preview shows, and Remove (or Delete) takes it out of the upload.
+// The files chosen together, one line each with its size and its own Remove; the line chosen is
+// the file the preview shows, and Delete takes it out of the upload too.
 class ChosenFilesView : public QWidget {
     Q_OBJECT
 
@@ -28,7 +27,6 @@ private:
 
     AppModel& m_model;
     QListView* m_list;
-    QPushButton* m_remove;
 };
 
 } // namespace tarnwick::ui

@@ -1,6 +1,7 @@
 #include "ui/PlannedUploadsView.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "ui/Formatting.h"
 
 #include <QStringListModel>
@@ -13,9 +14,10 @@ constexpr int visibleRows = 6;
 
 QString pairText(const PlannedUpload& pair, bool announcedBusy) {
     //: A file going to a machine: the file, the machine, its address and the remote path.
-    QString text = PlannedUploadsView::tr("%1 → %2 (%3) · %4")
-                       .arg(pair.file.fileName(), pair.machine.name, machineAddress(pair.machine),
-                            QLatin1String(machineJobFolder) + pair.file.fileName());
+    QString text =
+        PlannedUploadsView::tr("%1 → %2 (%3) · %4")
+            .arg(pair.file.fileName(), displayName(pair.machine.name), machineAddress(pair.machine),
+                 QLatin1String(machineJobFolder) + pair.file.fileName());
     QStringList marks;
     if (pair.isRecentDuplicate)
         marks << PlannedUploadsView::tr("sent in the last 24 hours");

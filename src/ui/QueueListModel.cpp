@@ -1,5 +1,6 @@
 #include "ui/QueueListModel.h"
 
+#include "app/DisplayName.h"
 #include "app/TransferTexts.h"
 #include "app/UploadQueue.h"
 
@@ -24,8 +25,8 @@ QVariant QueueListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const QueuedUpload& pair = m_queue.pairs().at(index.row());
-    const QString title =
-        tr("%1 → %2", "a file going to a machine").arg(pair.file.fileName(), pair.machine.name);
+    const QString title = tr("%1 → %2", "a file going to a machine")
+                              .arg(pair.file.fileName(), displayName(pair.machine.name));
     switch (role) {
     case Qt::DisplayRole:
     case TitleRole:
@@ -42,9 +43,31 @@ QVariant QueueListModel::data(const QModelIndex& index, int role) const {
         return pair.isSent() ? 1.0 : -1.0;
     case FailedRole:
         return pair.state == QueuedUpload::State::Failed;
+    case ActionRole:
+        return action(pair);
+    case ActionNameRole:
+        return actionName(pair);
     default:
         return {};
     }
+}
+
+QString QueueListModel::action(const QueuedUpload& pair) const {
+    if (!pair.hasEnded())
+        return tr("Cancel");
+    if (pair.state == QueuedUpload::State::DuplicateRefused)
+        return tr("Send Anyway");
+    return pair.canRetry() ? tr("Retry") : QString();
+}
+
+QString QueueListModel::actionName(const QueuedUpload& pair) const {
+    const QString file = pair.file.fileName();
+    const QString machine = displayName(pair.machine.name);
+    if (!pair.hasEnded())
+        return tr("Cancel the upload of %1 to %2").arg(file, machine);
+    if (pair.state == QueuedUpload::State::DuplicateRefused)
+        return tr("Send %1 to %2 anyway").arg(file, machine);
+    return pair.canRetry() ? tr("Retry the upload of %1 to %2").arg(file, machine) : QString();
 }
 
 QString QueueListModel::detail(const QueuedUpload& pair) const {

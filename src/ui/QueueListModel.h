@@ -23,6 +23,10 @@ public:
         FractionRole,
         // The pair ended without being sent.
         FailedRole,
+        // What the row's own button does: "Cancel", "Retry", "Send Anyway", or empty for none.
+        ActionRole,
+        // The same for a screen reader, naming the file and the machine.
+        ActionNameRole,
     };
 
     explicit QueueListModel(UploadQueue& queue, QObject* parent = nullptr);
@@ -32,6 +36,8 @@ public:
 
 private:
     QString detail(const QueuedUpload& pair) const;
+    QString action(const QueuedUpload& pair) const;
+    QString actionName(const QueuedUpload& pair) const;
 
     UploadQueue& m_queue;
 };

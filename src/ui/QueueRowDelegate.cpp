@@ -15,10 +15,14 @@ constexpr int gap = 4;
 
 } // namespace
 
+QueueRowDelegate::QueueRowDelegate(QObject* parent)
+    : RowButtonDelegate(QueueListModel::ActionRole, parent) {}
+
 QSize QueueRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
     const QFontMetrics title(style::font(style::TextStyle::Headline, option.widget));
     const QFontMetrics detail(style::font(style::TextStyle::Callout, option.widget));
-    return {0, 2 * padding + title.height() + 2 * gap + barHeight + detail.height()};
+    return {0, std::max(2 * padding + title.height() + 2 * gap + barHeight + detail.height(),
+                        buttonHeight(option) + 2 * buttonMargin)};
 }
 
 void QueueRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -27,7 +31,7 @@ void QueueRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const QWidget* widget = option.widget;
 
     painter->save();
-    QRect area = option.rect.adjusted(padding, padding, -padding, -padding);
+    QRect area = contentRect(option, index).adjusted(padding, padding, -padding, -padding);
     const QFont titleFont = style::font(style::TextStyle::Headline, widget);
     const QFontMetrics titleMetrics(titleFont);
     painter->setFont(titleFont);

@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "ui/QueueListModel.h"
 #include "ui/QueueRowDelegate.h"
+#include "ui/RowButtons.h"
 #include "ui/Style.h"
 
 #include <QHBoxLayout>
@@ -34,7 +35,8 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
     m_list->setAccessibleName(tr("Uploads"));
     m_list->setModel(new QueueListModel(queue, m_list));
     m_list->setItemDelegate(new QueueRowDelegate(m_list));
-    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
+    // Each row acts through its own button: choosing a row would do nothing.
+    m_list->setSelectionMode(QAbstractItemView::NoSelection);
     m_list->setUniformItemSizes(true);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -48,38 +50,25 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
     layout->addWidget(m_summary);
 
     auto* buttons = new QHBoxLayout;
-    m_cancel = new QPushButton(tr("Cancel"), this);
-    m_cancel->setObjectName(QStringLiteral("cancelPairButton"));
-    m_cancel->setAccessibleName(tr("Cancel the chosen upload"));
-    m_retry = new QPushButton(tr("Retry"), this);
-    m_retry->setObjectName(QStringLiteral("retryPairButton"));
-    m_retry->setAccessibleName(tr("Retry the chosen upload"));
     m_cancelAll = new QPushButton(tr("Cancel All"), this);
     m_cancelAll->setObjectName(QStringLiteral("cancelAllButton"));
-    buttons->addWidget(m_cancel);
-    buttons->addWidget(m_retry);
     buttons->addStretch(1);
     buttons->addWidget(m_cancelAll);
     layout->addLayout(buttons);
 
-    connect(m_cancel, &QPushButton::clicked, this, [this, &queue] { queue.cancel(currentRow()); });
-    connect(m_retry, &QPushButton::clicked, this, [this, &queue] { queue.retry(currentRow()); });
+    auto* rowButtons =
+        new RowButtons(m_list, QueueListModel::ActionRole, QueueListModel::ActionNameRole);
+    connect(rowButtons, &RowButtons::clicked, this, &QueueView::actOnPair);
     connect(m_cancelAll, &QPushButton::clicked, &queue, &UploadQueue::cancelAll);
-    connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            &QueueView::showButtons);
-    connect(&queue, &UploadQueue::pairChanged, this, &QueueView::showButtons);
     connect(&queue, &UploadQueue::runningChanged, this, &QueueView::showSummary);
     connect(&queue, &UploadQueue::pairsReset, this, [this] {
         const int rowHeight = m_list->sizeHintForRow(0);
         const int rows =
             int(std::min<qsizetype>(m_model.uploadQueue().pairs().size(), visibleRows));
         m_list->setFixedHeight(rows * std::max(rowHeight, 1) + 2 * m_list->frameWidth());
-        m_list->setCurrentIndex(m_list->model()->index(0, 0));
-        showButtons();
         showSummary();
         Q_EMIT hasContentChanged();
     });
-    showButtons();
     showSummary();
 }
 
@@ -87,17 +76,14 @@ bool QueueView::hasContent() const {
     return !m_model.uploadQueue().pairs().isEmpty();
 }
 
-qsizetype QueueView::currentRow() const {
-    return m_list->currentIndex().isValid() ? m_list->currentIndex().row() : -1;
-}
-
-void QueueView::showButtons() {
-    const QList<QueuedUpload>& pairs = m_model.uploadQueue().pairs();
-    const qsizetype row = currentRow();
-    const bool chosen = row >= 0 && row < pairs.size();
-    m_cancel->setEnabled(chosen && !pairs.at(row).hasEnded());
-    m_retry->setEnabled(chosen && pairs.at(row).canRetry());
-    m_cancelAll->setEnabled(m_model.uploadQueue().isRunning());
+void QueueView::actOnPair(int row) {
+    UploadQueue& queue = m_model.uploadQueue();
+    if (row < 0 || row >= queue.pairs().size())
+        return;
+    if (queue.pairs().at(row).hasEnded())
+        queue.retry(row);
+    else
+        queue.cancel(row);
 }
 
 void QueueView::showSummary() {
@@ -105,7 +91,7 @@ void QueueView::showSummary() {
     const bool ended = !queue.pairs().isEmpty() && !queue.isRunning();
     m_summary->setText(ended ? queue.summary() : QString());
     m_summary->setVisible(ended);
-    showButtons();
+    m_cancelAll->setEnabled(queue.isRunning());
 }
 
 } // namespace tarnwick::ui

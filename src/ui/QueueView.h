@@ -12,8 +12,8 @@ class AppModel;
 
 namespace tarnwick::ui {
 
-// Every file going to every machine: each pair with its progress or outcome, a Cancel and a Retry
-// for the pair chosen in the list, Cancel All, and once all have ended a summary.
+// Every file going to every machine: each pair with its progress or outcome and its own Cancel,
+// Retry or Send Anyway, Cancel All, and once all have ended a summary.
 class QueueView : public QWidget {
     Q_OBJECT
 
@@ -26,14 +26,11 @@ Q_SIGNALS:
     void hasContentChanged();
 
 private:
-    qsizetype currentRow() const;
-    void showButtons();
+    void actOnPair(int row);
     void showSummary();
 
     AppModel& m_model;
     QListView* m_list;
-    QPushButton* m_cancel;
-    QPushButton* m_retry;
     QPushButton* m_cancelAll;
     QLabel* m_summary;
 };

@@ -1,6 +1,7 @@
 #include "ui/SelectedMachinesView.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
 #include "ui/StatusBadge.h"
@@ -59,7 +60,7 @@ void SelectedMachinesView::makeRows() {
         layout->setContentsMargins(0, 0, 0, 0);
         layout->setSpacing(12);
         auto* name = new ElidedLabel(row);
-        name->setFullText(machine.name);
+        name->setFullText(displayName(machine.name));
         name->setFont(style::font(style::TextStyle::Headline, row));
         auto* address = new ElidedLabel(row);
         address->setFullText(machineSubtitle(machine));

@@ -1,5 +1,6 @@
 #include "UiHarness.h"
 #include "app/UploadAdvice.h"
+#include "app/UploadQueue.h"
 #include "i18n/Translations.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
@@ -617,7 +618,8 @@ private Q_SLOTS:
     }
 
     // Ctrl-click adds a machine and keeps the first as the selection; every file goes to every
-    // machine, one per machine at a time, and Cancel All tells each machine that is sending.
+    // machine, one per machine at a time. Each chosen file and each pair has its own button, one
+    // click or key press away; Cancel All tells each machine that is sending.
     void severalFilesAndMachinesRunAsOneQueue() {
         const Machine shop = ModelHarness::machine(u"Shop Mill"_s, u"10.0.0.8"_s);
         Q_EMIT h->discoverer->scans.last()->machineFound(bench);
@@ -633,7 +635,14 @@ private Q_SLOTS:
         QCOMPARE(h->window.findChildren<QWidget*>(u"selectedMachineRow"_s).size(), 2);
 
         const JobFile rough = h->jobFile(u"rough.nc"_s), finish = h->jobFile(u"finish.nc"_s);
-        h->model->addFiles({rough, finish});
+        h->model->addFiles({rough, h->jobFile(u"spare.nc"_s), finish});
+        auto* chosen = find<QListView>("chosenFileList");
+        const auto rowButton = [](QListView* list, int row) {
+            return qobject_cast<QPushButton*>(list->indexWidget(list->model()->index(row, 0)));
+        };
+        QCOMPARE(rowButton(chosen, 1)->accessibleName(), u"Remove spare.nc from the upload"_s);
+        QTest::mouseClick(rowButton(chosen, 1), Qt::LeftButton);
+        QCOMPARE(h->model->selectedFiles(), (QList<JobFile>{rough, finish}));
         h->model->persistence().recordUpload(
             UploadRecord{bench.id(), finish.id(), finish.size, QDateTime::currentDateTimeUtc()});
         UploadConfirmationView* sheet = present();
@@ -646,16 +655,32 @@ private Q_SLOTS:
         QTest::mouseClick(child<QPushButton>(sheet, u"uploadButton"_s), Qt::LeftButton);
 
         QTRY_VERIFY(find<QWidget>("queueSection")->isVisible());
-        QCOMPARE(find<QListView>("queueList")->model()->rowCount(), 4);
-        QCOMPARE(h->uploaders.made.size(), 2);
+        auto* queue = find<QListView>("queueList");
+        QCOMPARE(queue->model()->rowCount(), 4);
+        QVERIFY(!rowButton(chosen, 0)->isVisibleTo(chosen));
+        QTRY_COMPARE(h->uploaders.made.size(), 2);
+        QCOMPARE(rowButton(queue, 0)->accessibleName(),
+                 u"Cancel the upload of rough.nc to Shop Mill"_s);
+        QTest::mouseClick(rowButton(queue, 0), Qt::LeftButton);
+        QCOMPARE(h->uploaders.made.at(0)->cancelCalls, 1);
+        Q_EMIT h->uploaders.made.at(0)->failed(UploadError::cancelled());
+        QTRY_COMPARE(h->uploaders.made.size(), 3);
+        QCOMPARE(rowButton(queue, 0)->text(), u"Retry"_s);
+        tabTo("queueListButton");
+        QCOMPARE(QApplication::focusWidget(), rowButton(queue, 0));
+        press(Qt::Key_Space);
+        QCOMPARE(h->model->uploadQueue().pairs().at(0).state, QueuedUpload::State::Waiting);
+        QCOMPARE(rowButton(queue, 0)->text(), u"Cancel"_s);
+
         QTest::mouseClick(find<QPushButton>("cancelAllButton"), Qt::LeftButton);
         for (FakeUploader* uploader : h->uploaders.made) {
-            QCOMPARE(uploader->cancelCalls, 1);
-            Q_EMIT uploader->failed(UploadError::cancelled());
+            if (uploader && uploader->cancelCalls > 0)
+                Q_EMIT uploader->failed(UploadError::cancelled());
         }
         QTRY_VERIFY(!h->model->isUploading());
-        QCOMPARE(h->uploaders.made.size(), 2);
+        QCOMPARE(h->uploaders.made.size(), 3);
         QCOMPARE(shownText(&h->window, u"queueSummary"_s), u"0 of 4 sent; 4 cancelled"_s);
+        QCOMPARE(rowButton(queue, 3)->text(), u"Retry"_s);
     }
 
     // The badge says what the check found, the card and the sheet what the machine announced.
@@ -699,6 +724,65 @@ private Q_SLOTS:
         Q_EMIT h->discoverer->scans.last()->machineFound(bench);
         QCOMPARE(shown("destinationBusy") + shownText(sheet, u"sheetBusy"_s),
                  u"<0 shown><0 shown>"_s);
+    }
+
+    // Every text of the queue, the chosen files and the chosen machines has the room it asks for
+    // at 14 pt, and each row's button lies within its row.
+    void theQueueFitsLargeFonts_data() {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("English") << u"en_US"_s;
+        QTest::newRow("German") << u"de_DE"_s;
+    }
+    void theQueueFitsLargeFonts() {
+        QFETCH(QString, language);
+        const QFont usual = QApplication::font();
+        const auto restore = qScopeGuard([&] {
+            QApplication::setFont(usual);
+            i18n::useLanguage(QLocale(QLocale::English, QLocale::UnitedStates));
+        });
+        QFont large = usual;
+        large.setPointSizeF(14);
+        QApplication::setFont(large);
+        i18n::useLanguage(QLocale(language));
+        const Machine shop = ModelHarness::machine(u"Shop Mill"_s, u"10.0.0.8"_s);
+        Q_EMIT h->discoverer->scans.last()->machineFound(bench);
+        Q_EMIT h->discoverer->scans.last()->machineFound(shop);
+        h->model->selectMachines({bench, shop});
+        h->model->addFiles({h->jobFile(u"roughing.nc"_s), h->jobFile(u"finishing.nc"_s)});
+        // Before the upload the files have their Remove buttons; during it the pairs theirs.
+        const auto checkFits = [&] {
+            for (const char* name : {"queueSection", "chosenFiles", "destinationSection"}) {
+                for (const QWidget* widget : find(name)->findChildren<QWidget*>()) {
+                    const auto* label = qobject_cast<const QLabel*>(widget);
+                    const auto* button = qobject_cast<const QAbstractButton*>(widget);
+                    if ((!label && !button) || !widget->isVisibleTo(&h->window))
+                        continue;
+                    const QString text = label ? label->text() : button->text();
+                    QVERIFY2(widget->height() >= (label && label->wordWrap()
+                                                      ? label->heightForWidth(label->width())
+                                                      : widget->sizeHint().height()),
+                             qPrintable(text));
+                    QVERIFY2(!button || button->width() >= button->sizeHint().width(),
+                             qPrintable(text));
+                }
+            }
+            for (const char* name : {"queueList", "chosenFileList"}) {
+                auto* list = find<QListView>(name);
+                for (int row = 0; row < list->model()->rowCount(); ++row) {
+                    const QModelIndex index = list->model()->index(row, 0);
+                    const QWidget* button = list->indexWidget(index);
+                    QVERIFY2(!button || button->isHidden() ||
+                                 list->visualRect(index).contains(button->geometry()),
+                             name);
+                }
+            }
+        };
+        checkFits();
+        h->model->upload(true);
+        QTRY_COMPARE(h->uploaders.made.size(), 2);
+        Q_EMIT h->uploaders.made.at(0)->failed(UploadError::timedOut());
+        QTRY_COMPARE(h->uploaders.made.size(), 3);
+        checkFits();
     }
 
     void absentValuesAreDashes() {

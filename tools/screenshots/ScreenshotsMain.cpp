@@ -1,9 +1,10 @@
 // Renders the windows in their key states, over fake services, to PNG files: the main window
 // (empty, machines listed, file chosen, uploading, complete, failed with its alert and after it,
-// a 200-character name), the confirmation sheet with and without the duplicate warning and with
-// the long name, the update-failure alert, About and Settings, each in a light and a dark palette,
-// and all of them once more in German, whose longer words are the first to be cut off.
-// With --icons DIR it renders the application icon at the sizes desktops ask for instead.
+// a 200-character name, a queue of several files for several machines), the confirmation sheet with
+// and without the duplicate warning and with the long name, the update-failure alert, About and
+// Settings, each in a light and a dark palette, and all of them once more in German, whose longer
+// words are the first to be cut off. With --icons DIR it renders the application icon at the sizes
+// desktops ask for instead.
 
 #include "i18n/Translations.h"
 #include "ui/AboutView.h"
@@ -144,6 +145,57 @@ void shootPreview(Shooter& shooter, const QString& name, const QByteArray& progr
     shooter.save(window.grab().toImage(), name);
 }
 
+// Two files for three machines: one pair sending, one failed, one refused as a recent duplicate,
+// the others sent or waiting, each with its own button.
+void shootQueue(Shooter& shooter, ModelHarness& h, ContentView& window) {
+    QList<Machine> machines;
+    h.model->discover();
+    for (const auto& [name, address] : {std::pair{"Bench Mill", "192.168.1.40"},
+                                        {"Garage Mill", "192.168.1.52"},
+                                        {"Lab CNC", "192.168.1.77"}}) {
+        machines << ModelHarness::machine(QString::fromUtf8(name), QString::fromUtf8(address));
+        Q_EMIT h.discoverer->scans.last()->machineFound(machines.last());
+    }
+    Q_EMIT h.discoverer->scans.last()->finished();
+    h.model->selectMachines(machines);
+    const JobFile roughing = h.jobFile(QStringLiteral("tray-roughing.nc"), 2'400'000);
+    const JobFile finishing = h.jobFile(QStringLiteral("tray-finishing.nc"), 5'100'000);
+    h.model->chooseFile(roughing);
+    h.model->addFiles({finishing});
+    const qsizetype before = h.uploaders.made.size();
+    h.model->upload(false);
+    // Sent from elsewhere while the queue runs: the third machine refuses it as a duplicate.
+    h.model->persistence().recordUpload(UploadRecord{
+        machines.at(2).id(), finishing.id(), finishing.size, QDateTime::currentDateTimeUtc()});
+    const auto uploader = [&](qsizetype index) {
+        if (!QTest::qWaitFor([&] { return h.uploaders.made.size() > before + index; }))
+            qFatal("the queue did not start its uploads");
+        return h.uploaders.made.at(before + index);
+    };
+    for (const qsizetype index : {0, 2}) {
+        Q_EMIT uploader(index)->progress(
+            {TransferProgress::Phase::Completed, roughing.size, roughing.size, 0});
+        Q_EMIT uploader(index)->finished();
+    }
+    Q_EMIT uploader(1)->failed(UploadError::timedOut());
+    Q_EMIT uploader(3)->progress(
+        {TransferProgress::Phase::Uploading, 1'900'000, finishing.size, 640'000});
+    settle();
+    auto* scrollArea = window.findChild<QScrollArea*>();
+    scrollArea->ensureWidgetVisible(window.findChild<QWidget*>(QStringLiteral("queueSection")), 0,
+                                    0);
+    settle();
+    shooter.save(window.grab().toImage(), QStringLiteral("main-queue"));
+    scrollArea->ensureWidgetVisible(
+        window.findChild<QWidget*>(QStringLiteral("destinationSection")));
+    h.model->uploadQueue().cancelAll();
+    for (FakeUploader* running : h.uploaders.made) {
+        if (running && running->cancelCalls > 0)
+            Q_EMIT running->failed(UploadError::cancelled());
+    }
+    settle();
+}
+
 void shootAppearance(const QString& folder, const QString& appearance, const QPalette& palette) {
     QApplication::setPalette(palette);
     Shooter shooter(folder, appearance);
@@ -243,6 +295,7 @@ void shootAppearance(const QString& folder, const QString& appearance, const QPa
     shooter.save(Shooter::withDialog(&window, sheet), QStringLiteral("sheet-long-name"));
     sheet->reject();
     settle();
+    shootQueue(shooter, h, window);
 
     // A feed that refuses the connection, as an unreachable update host does.
     FeedServer feed;
