@@ -108,7 +108,6 @@ void AppModel::discover() {
     setDiscovering(true);
     setErrorMessage(std::nullopt);
     resetMachines(m_selectedMachine ? QList<Machine>{*m_selectedMachine} : QList<Machine>{});
-    setSelectedMachines(m_selectedMachine ? QList<Machine>{*m_selectedMachine} : QList<Machine>{});
     m_announcedBusy.removeIf(
         [this](const QString& id) { return !m_selectedMachine || id != m_selectedMachine->id(); });
     m_machinesSorted = true;
@@ -122,6 +121,7 @@ void AppModel::discover() {
             m_selectionHeard = true;
     });
     connect(m_scan, &Operation::finished, this, [this] {
+        keepListedSelection();
         setDiscovering(false);
         // A machine that was switched off keeps the status it last had until something asks it:
         // the scan not hearing it is reason enough to. The badge says how that ended.
@@ -131,8 +131,22 @@ void AppModel::discover() {
     connect(m_scan, &Operation::failed, this, [this](const Error& error) {
         if (!error.is<CancellationError>())
             showFailure(error, discoveryFailureMessage(error));
+        keepListedSelection();
         setDiscovering(false);
     });
+}
+
+// The other selected machines stay selected through a scan that hears them again; one that the
+// scan did not hear is no longer listed, so it can no longer be a destination.
+void AppModel::keepListedSelection() {
+    QList<Machine> kept;
+    for (const Machine& machine : std::as_const(m_selectedMachines)) {
+        const auto listed = std::find_if(m_machines.cbegin(), m_machines.cend(),
+                                         [&](const Machine& m) { return m.id() == machine.id(); });
+        if (listed != m_machines.cend())
+            kept.append(machine);
+    }
+    setSelectedMachines(std::move(kept));
 }
 
 void AppModel::mergeDiscovered(const Machine& machine) {

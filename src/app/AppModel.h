@@ -176,6 +176,7 @@ private:
     void rememberRecentFile(const JobFile& file);
     void setSelectedFiles(QList<JobFile> files);
     void setSelectedMachines(QList<Machine> machines);
+    void keepListedSelection();
     void updateStatus(Machine::ConnectionStatus status, const QString& machineID);
     void mergeDiscovered(const Machine& machine);
     void noteAnnouncedBusy(const Machine& machine);

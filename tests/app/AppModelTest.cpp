@@ -89,11 +89,17 @@ private Q_SLOTS:
         QCOMPARE(discovering.count(), 2);
 
         // Only the selection survives into the next scan; its re-announcement keeps the selection.
-        model->selectMachine(model->machines().at(0));
+        // The other selected machines stay selected when the scan hears them again.
+        model->selectMachines(
+            {model->machines().at(0), model->machines().at(1), model->machines().at(3)});
         model->discover();
         announce(u"Renamed"_s, u"10.0.0.2"_s);
         QCOMPARE(names(model->machines()), QStringList{u"Renamed discovered"_s});
         QCOMPARE(model->selectedMachine()->name, u"beta"_s);
+        announce(u"delta"_s, u"10.0.0.4"_s);
+        Q_EMIT h->discoverer->scans.last()->finished();
+        QCOMPARE(names(model->selectedMachines()),
+                 QStringList({u"beta connecting"_s, u"delta connecting"_s}));
     }
 
     void scanFailuresAndRescans() {

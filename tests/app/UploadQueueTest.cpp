@@ -1,9 +1,12 @@
 #include "app/UploadQueue.h"
 
-#include "support/ModelHarness.h"
+#include "support/SimProcess.h"
+#include "support/TestFiles.h"
+#include "transfer/MakeraFileUploader.h"
 
-#include <QSet>
 #include <QTest>
+
+#include <memory>
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -33,18 +36,19 @@ QString word(State state) {
     return {};
 }
 
-// The history in an order of its own: pairs on different machines end in any order.
-QStringList sorted(const QList<UploadRecord>& records) {
-    QStringList texts;
-    for (const UploadRecord& record : records)
-        texts << u"%1 %2 %3"_s.arg(record.machineID, record.filePath,
-                                   record.uploadedAt.toString(Qt::ISODate));
-    texts.sort();
-    return texts;
+// "m0: f0 f1 | m1: f0", one group per machine in the machines' order.
+QString perMachine(const QList<QStringList>& files) {
+    QStringList groups;
+    for (qsizetype machine = 0; machine < files.size(); ++machine)
+        groups << u"m%1:%2"_s.arg(machine).arg(
+            files.at(machine).isEmpty() ? QString() : u" "_s + files.at(machine).join(u' '));
+    return groups.join(u" | "_s);
 }
 
 } // namespace
 
+// The queue's rules against simulated machines, through the uploader the app uses: what each
+// machine received and stored, in which order, what it was told, and what the history kept.
 class UploadQueueTest : public QObject {
     Q_OBJECT
 
@@ -53,159 +57,178 @@ class UploadQueueTest : public QObject {
 private Q_SLOTS:
     void rules_data() {
         QTest::addColumn<int>("fileCount");
-        QTest::addColumn<int>("machineCount");
-        // Pairs ("file@machine") already in the history a moment ago.
+        // The simulator's fault flags, one entry per machine.
+        QTest::addColumn<QStringList>("machines");
+        // Pairs ("file@machine") already in the history a minute ago.
         QTest::addColumn<QStringList>("recorded");
         QTest::addColumn<bool>("duplicateConfirmed");
-        // "ok N" / "fail N": the Nth uploader made succeeds or times out; "cancel ROW",
-        // "cancelAll", "retry ROW" act on the queue.
+        // "wait ROW sending|ended" waits for a pair; "cancel ROW", "cancelAll", "retry ROW" act.
         QTest::addColumn<QStringList>("script");
-        // The uploads as the uploaders were made, "file@machine".
-        QTest::addColumn<QStringList>("started");
         QTest::addColumn<QStringList>("states");
-        // The uploaders that were told to stop.
-        QTest::addColumn<QList<int>>("told");
+        // The files each machine began to receive, in order.
+        QTest::addColumn<QString>("sentTo");
+        // The most pairs that were running at one time.
+        QTest::addColumn<int>("parallel");
+        QTest::addColumn<QString>("stored");
+        // The machines that were told that an upload stops.
+        QTest::addColumn<QStringList>("told");
         QTest::addColumn<QString>("summary");
 
-        const QStringList none;
-        QTest::newRow("one file at a time per machine, machines in parallel")
-            << 2 << 2 << none << false << QStringList{u"ok 1"_s, u"ok 0"_s, u"ok 2"_s, u"ok 3"_s}
-            << QStringList{u"0@0"_s, u"0@1"_s, u"1@1"_s, u"1@0"_s}
-            << QStringList{u"sent"_s, u"sent"_s, u"sent"_s, u"sent"_s} << QList<int>{}
-            << u"4 of 4 sent"_s;
-        QTest::newRow("a failure does not stop the others")
-            << 2 << 2 << none << false << QStringList{u"fail 0"_s, u"ok 1"_s, u"ok 2"_s, u"ok 3"_s}
-            << QStringList{u"0@0"_s, u"0@1"_s, u"1@0"_s, u"1@1"_s}
-            << QStringList{u"failed"_s, u"sent"_s, u"sent"_s, u"sent"_s} << QList<int>{}
-            << u"3 of 4 sent; 1 failed: Mill 0, f0.nc: %1"_s;
-        QTest::newRow("retry sends the failed pair again")
-            << 1 << 2 << none << false << QStringList{u"fail 0"_s, u"ok 1"_s, u"retry 0"_s}
-            << QStringList{u"0@0"_s, u"0@1"_s, u"0@0"_s} << QStringList{u"running"_s, u"sent"_s}
-            << QList<int>{} << u"1 of 2 sent"_s;
-        QTest::newRow("a retry waits behind the files still waiting for its machine")
-            << 3 << 1 << none << false << QStringList{u"fail 0"_s, u"retry 0"_s, u"ok 1"_s}
-            << QStringList{u"0@0"_s, u"1@0"_s, u"2@0"_s}
-            << QStringList{u"waiting"_s, u"sent"_s, u"running"_s} << QList<int>{}
-            << u"1 of 3 sent"_s;
-        QTest::newRow("cancelling the running pair starts the machine's next")
-            << 2 << 1 << none << false << QStringList{u"cancel 0"_s, u"ok 1"_s}
-            << QStringList{u"0@0"_s, u"1@0"_s} << QStringList{u"cancelled"_s, u"sent"_s}
-            << QList<int>{0} << u"1 of 2 sent; 1 cancelled"_s;
+        const QStringList none, idle{QString()}, slow{u"--latency-ms 40"_s};
+        const QString closed =
+            u"The machine returned an invalid response: The machine closed the connection."_s;
+        QTest::newRow("one file at a time per machine, in order; the machines in parallel")
+            << 2 << QStringList{QString(), QString()} << none << false << none
+            << QStringList{u"sent"_s, u"sent"_s, u"sent"_s, u"sent"_s} << u"m0: f0 f1 | m1: f0 f1"_s
+            << 2 << u"m0: f0 f1 | m1: f0 f1"_s << none << u"4 of 4 sent"_s;
+        QTest::newRow("a failing machine does not stop the others")
+            << 2 << QStringList{u"--close-after 1"_s, QString()} << none << false << none
+            << QStringList{u"failed"_s, u"sent"_s, u"failed"_s, u"sent"_s}
+            << u"m0: f0 f1 | m1: f0 f1"_s << 2 << u"m0: | m1: f0 f1"_s << none
+            << u"2 of 4 sent; 2 failed: Mill 0, f0.nc: %1; Mill 0, f1.nc: %1"_s.arg(closed);
+        QTest::newRow("cancelling a sending pair tells its machine, which takes the next file")
+            << 2 << slow << none << false << QStringList{u"wait 0 sending"_s, u"cancel 0"_s}
+            << QStringList{u"cancelled"_s, u"sent"_s} << u"m0: f0 f1"_s << 1 << u"m0: f1"_s
+            << QStringList{u"m0"_s} << u"1 of 2 sent; 1 cancelled"_s;
         QTest::newRow("cancelling a waiting pair tells no machine")
-            << 2 << 1 << none << false << QStringList{u"cancel 1"_s, u"ok 0"_s}
-            << QStringList{u"0@0"_s} << QStringList{u"sent"_s, u"cancelled"_s} << QList<int>{}
+            << 2 << slow << none << false << QStringList{u"cancel 1"_s}
+            << QStringList{u"sent"_s, u"cancelled"_s} << u"m0: f0"_s << 1 << u"m0: f0"_s << none
             << u"1 of 2 sent; 1 cancelled"_s;
         QTest::newRow("cancel all tells every machine still sending")
-            << 2 << 2 << none << false << QStringList{u"ok 0"_s, u"cancelAll"_s}
-            << QStringList{u"0@0"_s, u"0@1"_s, u"1@0"_s}
-            << QStringList{u"sent"_s, u"cancelled"_s, u"cancelled"_s, u"cancelled"_s}
-            << QList<int>{1, 2} << u"1 of 4 sent; 3 cancelled"_s;
+            << 2 << QStringList{slow.first(), slow.first()} << none << false
+            << QStringList{u"wait 0 sending"_s, u"wait 1 sending"_s, u"cancelAll"_s}
+            << QStringList{u"cancelled"_s, u"cancelled"_s, u"cancelled"_s, u"cancelled"_s}
+            << u"m0: f0 | m1: f0"_s << 2 << u"m0: | m1:"_s << QStringList{u"m0"_s, u"m1"_s}
+            << u"0 of 4 sent; 4 cancelled"_s;
+        QTest::newRow("a retried pair goes after the files still waiting for its machine")
+            << 3 << slow << none << false
+            << QStringList{u"wait 0 sending"_s, u"cancel 0"_s, u"wait 0 ended"_s, u"retry 0"_s}
+            << QStringList{u"sent"_s, u"sent"_s, u"sent"_s} << u"m0: f0 f1 f2 f0"_s << 1
+            << u"m0: f0 f1 f2"_s << QStringList{u"m0"_s} << u"3 of 3 sent"_s;
         QTest::newRow("a recent duplicate is refused for its pair alone")
-            << 1 << 2 << QStringList{u"0@0"_s} << false << QStringList{u"ok 0"_s}
-            << QStringList{u"0@1"_s} << QStringList{u"refused"_s, u"sent"_s} << QList<int>{}
-            << u"1 of 2 sent; 1 not sent as recent duplicates"_s;
+            << 1 << QStringList{QString(), QString()} << QStringList{u"0@0"_s} << false << none
+            << QStringList{u"refused"_s, u"sent"_s} << u"m0: | m1: f0"_s << 2 << u"m0: | m1: f0"_s
+            << none << u"1 of 2 sent; 1 not sent as recent duplicates"_s;
+        QTest::newRow("retrying a refused duplicate sends it")
+            << 1 << idle << QStringList{u"0@0"_s} << false
+            << QStringList{u"wait 0 ended"_s, u"retry 0"_s} << QStringList{u"sent"_s} << u"m0: f0"_s
+            << 1 << u"m0: f0"_s << none << u"1 of 1 sent"_s;
         QTest::newRow("confirmed duplicates are sent")
-            << 1 << 2 << QStringList{u"0@0"_s} << true << QStringList{u"ok 0"_s, u"ok 1"_s}
-            << QStringList{u"0@0"_s, u"0@1"_s} << QStringList{u"sent"_s, u"sent"_s} << QList<int>{}
-            << u"2 of 2 sent"_s;
+            << 1 << idle << QStringList{u"0@0"_s} << true << none << QStringList{u"sent"_s}
+            << u"m0: f0"_s << 1 << u"m0: f0"_s << none << u"1 of 1 sent"_s;
     }
 
     void rules() {
         QFETCH(int, fileCount);
-        QFETCH(int, machineCount);
+        QFETCH(QStringList, machines);
         QFETCH(QStringList, recorded);
         QFETCH(bool, duplicateConfirmed);
         QFETCH(QStringList, script);
-        QFETCH(QStringList, started);
-        QFETCH(QStringList, states);
-        QFETCH(QList<int>, told);
-        QFETCH(QString, summary);
 
-        ModelHarness h;
+        QTemporaryDir dir;
         QList<JobFile> files;
-        for (int i = 0; i < fileCount; ++i)
-            files << h.jobFile(u"f%1.nc"_s.arg(i));
-        QList<Machine> machines;
-        for (int i = 0; i < machineCount; ++i)
-            machines << ModelHarness::machine(u"Mill %1"_s.arg(i), u"127.0.0.1"_s, 1000 + i);
-        const auto pairName = [&](const JobFile& file, const Machine& machine) {
-            return u"%1@%2"_s.arg(files.indexOf(file)).arg(machines.indexOf(machine));
-        };
-        AppPersistence history(temporaryStore(h.dir));
-        QList<UploadRecord> expectedHistory;
-        for (const QString& pair : recorded) {
+        QList<QByteArray> contents;
+        for (int i = 0; i < fileCount; ++i) {
+            contents << patterned(64 * 1024, i + 1);
+            files << JobFile::fromUrl(writeFile(dir, u"f%1.nc"_s.arg(i), contents.last())).value();
+        }
+        std::vector<std::unique_ptr<SimProcess>> sims;
+        QList<Machine> targets;
+        for (const QString& flags : std::as_const(machines)) {
+            sims.push_back(std::make_unique<SimProcess>(
+                QString(u"--ftype x "_s + flags).split(u' ', Qt::SkipEmptyParts)));
+            const quint16 port = sims.back()->waitUntilListening();
+            QVERIFY(port != 0);
+            targets << Machine{u"Mill %1"_s.arg(targets.size()), std::nullopt, u"127.0.0.1"_s, port,
+                               Machine::ConnectionStatus::Connected};
+        }
+
+        AppPersistence history(temporaryStore(dir));
+        QStringList expectedHistory;
+        for (const QString& pair : std::as_const(recorded)) {
             const JobFile& file = files.at(pair.section(u'@', 0, 0).toInt());
-            const Machine& machine = machines.at(pair.section(u'@', 1).toInt());
-            const UploadRecord record{machine.id(), file.id(), file.size, m_now.addSecs(-60)};
-            QVERIFY(!history.recordUpload(record));
-            expectedHistory << record;
+            const Machine& machine = targets.at(pair.section(u'@', 1).toInt());
+            QVERIFY(!history.recordUpload(
+                UploadRecord{machine.id(), file.id(), file.size, m_now.addSecs(-60)}));
+            expectedHistory << machine.id() + u' ' + file.id();
         }
 
-        UploadQueue queue(history, h.uploaders.factory());
+        UploadQueue queue(history, MakeraFileUploader::factory());
         queue.setClock([this] { return m_now; });
-        QStringList made;
-        const auto noteMade = [&] {
-            for (qsizetype i = made.size(); i < h.uploaders.made.size(); ++i)
-                made << pairName(*h.uploaders.made.at(i)->file, *h.uploaders.made.at(i)->machine);
-        };
-        QSet<int> stopped;
-        const auto stopTold = [&] {
-            for (int i = 0; i < h.uploaders.made.size(); ++i) {
-                FakeUploader* uploader = h.uploaders.made.at(i);
-                if (uploader && uploader->cancelCalls > 0 && !stopped.contains(i)) {
-                    stopped.insert(i);
-                    Q_EMIT uploader->failed(UploadError::cancelled());
-                }
-            }
-        };
-        queue.start(files, machines, duplicateConfirmed);
-        QTRY_COMPARE(queue.pairs().first().state == State::Waiting, false);
-        noteMade();
+        QList<QStringList> sentTo(targets.size());
+        QList<State> last;
+        int parallel = 0;
+        connect(&queue, &UploadQueue::pairsReset, this,
+                [&] { last = QList<State>(queue.pairs().size(), State::Waiting); });
+        connect(&queue, &UploadQueue::pairChanged, this, [&](qsizetype row) {
+            const QueuedUpload& pair = queue.pairs().at(row);
+            if (pair.state == State::Sending && last.at(row) != State::Sending)
+                sentTo[targets.indexOf(pair.machine)] << u"f%1"_s.arg(files.indexOf(pair.file));
+            last[row] = pair.state;
+            parallel = std::max(
+                parallel, int(std::count_if(queue.pairs().cbegin(), queue.pairs().cend(),
+                                            [](const QueuedUpload& p) { return p.isRunning(); })));
+        });
 
-        for (const QString& step : script) {
-            const QString action = step.section(u' ', 0, 0);
-            const int number = step.section(u' ', 1).toInt();
-            if (action == u"ok"_s || action == u"fail"_s) {
-                FakeUploader* uploader = h.uploaders.made.at(number);
-                const qsizetype row = files.indexOf(*uploader->file) * machineCount +
-                                      machines.indexOf(*uploader->machine);
-                if (action == u"ok"_s) {
-                    Q_EMIT uploader->progress({TransferProgress::Phase::Completed, 1000, 1000, 0});
-                    Q_EMIT uploader->finished();
-                    expectedHistory
-                        << UploadRecord{uploader->machine->id(), uploader->file->id(), 1000, m_now};
-                } else {
-                    Q_EMIT uploader->failed(UploadError::timedOut());
-                }
-                QTRY_VERIFY(queue.pairs().at(row).hasEnded());
-            } else if (action == u"cancel"_s) {
-                queue.cancel(number);
-            } else if (action == u"cancelAll"_s) {
+        queue.start(files, targets, duplicateConfirmed);
+        for (const QString& step : std::as_const(script)) {
+            const QStringList words = step.split(u' ');
+            const int row = words.value(1).toInt();
+            if (words.first() == u"wait"_s && words.at(2) == u"sending"_s)
+                QTRY_COMPARE_WITH_TIMEOUT(queue.pairs().at(row).state, State::Sending, 10000);
+            else if (words.first() == u"wait"_s)
+                QTRY_VERIFY_WITH_TIMEOUT(queue.pairs().at(row).hasEnded(), 10000);
+            else if (words.first() == u"cancel"_s)
+                queue.cancel(row);
+            else if (words.first() == u"cancelAll"_s)
                 queue.cancelAll();
-            } else if (action == u"retry"_s) {
-                queue.retry(number);
-            }
-            stopTold();
-            noteMade();
+            else if (words.first() == u"retry"_s)
+                queue.retry(row);
         }
+        QTRY_VERIFY_WITH_TIMEOUT(!queue.isRunning(), 20000);
 
-        QCOMPARE(made, started);
-        QStringList actual;
-        for (const QueuedUpload& pair : queue.pairs())
-            actual << word(pair.state);
-        QCOMPARE(actual, states);
-        QCOMPARE(QList<int>(stopped.cbegin(), stopped.cend()).size(), told.size());
-        for (int i : told)
-            QVERIFY(stopped.contains(i));
-        QCOMPARE(queue.isRunning(), states.contains(u"running"_s) || states.contains(u"waiting"_s));
-        if (!queue.isRunning())
-            QCOMPARE(queue.summary(),
-                     summary.contains(u"%1"_s)
-                         ? summary.arg(Error(UploadError::timedOut()).description())
-                         : summary);
-        // Read as the next launch does: the records were written through the store's own opener.
-        QCOMPARE(sorted(AppPersistence(temporaryStore(h.dir)).uploadRecords()),
-                 sorted(expectedHistory));
+        QStringList states;
+        for (const QueuedUpload& pair : queue.pairs()) {
+            states << word(pair.state);
+            if (pair.isSent())
+                expectedHistory << pair.machine.id() + u' ' + pair.file.id();
+        }
+        QTEST(states, "states");
+        QTEST(perMachine(sentTo), "sentTo");
+        QTEST(parallel, "parallel");
+        QTEST(queue.summary(), "summary");
+
+        QList<QStringList> stored;
+        for (qsizetype m = 0; m < targets.size(); ++m) {
+            const SimProcess& sim = *sims.at(m);
+            QStringList names = sim.storedNames();
+            for (QString& name : names) {
+                const qsizetype file = name.mid(1, name.indexOf(u'.') - 1).toInt();
+                QCOMPARE(sim.stored(name), contents.value(file));
+                name.chop(3);
+            }
+            stored << names;
+        }
+        QTEST(perMachine(stored), "stored");
+        // The cancel packet may reach the simulator's log a moment after the queue ended.
+        const auto toldNow = [&] {
+            QStringList told;
+            for (qsizetype m = 0; m < targets.size(); ++m) {
+                if (sims.at(m)->loggedTypes().contains(u"fileCancel"_s))
+                    told << u"m%1"_s.arg(m);
+            }
+            return told;
+        };
+        QFETCH(QStringList, told);
+        QTRY_COMPARE(toldNow(), told);
+
+        // Read as the next launch does: a record for each pair sent, beside the earlier ones.
+        QStringList records;
+        for (const UploadRecord& record : AppPersistence(temporaryStore(dir)).uploadRecords())
+            records << record.machineID + u' ' + record.filePath;
+        records.sort();
+        expectedHistory.sort();
+        QCOMPARE(records, expectedHistory);
     }
 };
 
