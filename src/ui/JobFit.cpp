@@ -1,6 +1,7 @@
 #include "ui/JobFit.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "gcode/MachineFit.h"
 #include "ui/FileJobAnalyser.h"
 
@@ -22,7 +23,7 @@ QString doesNotFitLine(const AppModel& model, const QStringList& problems) {
         return {};
     //: The name of the machine, then the first reason why the job does not fit it.
     return QCoreApplication::translate("tarnwick::ui::JobFit", "This job does not fit %1. %2")
-        .arg(model.selectedMachine()->name, problems.first());
+        .arg(displayName(model.selectedMachine()->name), problems.first());
 }
 
 } // namespace tarnwick::ui

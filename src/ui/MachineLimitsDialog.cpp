@@ -1,6 +1,7 @@
 #include "ui/MachineLimitsDialog.h"
 
 #include "app/AppModel.h"
+#include "app/DisplayName.h"
 #include "ui/Style.h"
 
 #include <QDialogButtonBox>
@@ -100,7 +101,7 @@ void MachineLimitsDialog::editSelected(AppModel& model, QWidget* parent) {
     if (!model.selectedMachine())
         return;
     auto* dialog =
-        new MachineLimitsDialog(model.selectedMachine()->name,
+        new MachineLimitsDialog(displayName(model.selectedMachine()->name),
                                 gcode::limitsFromJson(model.selectedMachineLimits()), parent);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QDialog::accepted, &model, [&model, dialog] {
