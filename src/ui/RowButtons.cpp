@@ -33,11 +33,6 @@ RowButtons::RowButtons(QListView* list, int textRole, int accessibleNameRole)
     placeButtons();
 }
 
-QPushButton* RowButtons::button(int row) const {
-    auto* button = qobject_cast<QPushButton*>(m_list->indexWidget(m_list->model()->index(row, 0)));
-    return button && !button->isHidden() ? button : nullptr;
-}
-
 void RowButtons::placeButtons() {
     QAbstractItemModel* model = m_list->model();
     QWidget* previous = m_list;

@@ -5,7 +5,6 @@
 
 class QAbstractItemModel;
 class QListView;
-class QPushButton;
 
 namespace tarnwick::ui {
 
@@ -18,9 +17,6 @@ class RowButtons : public QObject {
 
 public:
     RowButtons(QListView* list, int textRole, int accessibleNameRole);
-
-    // The button of a row, or null while the row has none.
-    QPushButton* button(int row) const;
 
 Q_SIGNALS:
     void clicked(int row);
