@@ -32,7 +32,7 @@ void PairUpload::start() {
         return;
     if (m_pair.skipReason) {
         m_ended = true;
-        Q_EMIT ended({Failure, *m_pair.skipReason, {}});
+        Q_EMIT ended({Failure, *m_pair.skipReason});
         return;
     }
     m_workflow->start(m_again);
@@ -60,7 +60,7 @@ void PairUpload::end(const UploadOutcome& outcome) {
                       uploadAdvice(*outcome.error)});
         return;
     case UploadOutcome::Kind::DuplicateRefused:
-        Q_EMIT ended({Duplicate, duplicateMessage(), {}});
+        Q_EMIT ended({Duplicate, duplicateMessage()});
         return;
     }
 }
