@@ -47,6 +47,7 @@ public:
 
 Q_SIGNALS:
     void checking(qint64 bytesChecked, qint64 totalBytes);
+    // The upload's progress values, but none that says "uploading" with no byte taken yet.
     void progress(const tarnwick::TransferProgress& progress);
     void ended(const tarnwick::cli::PairOutcome& outcome);
 
