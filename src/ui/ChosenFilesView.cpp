@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "app/TransferTexts.h"
+#include "ui/Retranslation.h"
 
 #include <QAbstractListModel>
 #include <QHBoxLayout>
@@ -62,7 +63,6 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     m_list = new QListView(this);
     m_list->setObjectName(QStringLiteral("chosenFileList"));
-    m_list->setAccessibleName(tr("Chosen files"));
     m_list->setModel(new ChosenFilesModel(m_model, m_list));
     m_list->setUniformItemSizes(true);
     m_list->setSpacing(2);
@@ -70,9 +70,8 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->installEventFilter(this);
     layout->addWidget(m_list, 1);
-    m_remove = new QPushButton(tr("Remove"), this);
+    m_remove = new QPushButton(this);
     m_remove->setObjectName(QStringLiteral("removeFileButton"));
-    m_remove->setAccessibleName(tr("Remove the chosen file"));
     layout->addWidget(m_remove, 0, Qt::AlignTop);
 
     connect(m_remove, &QPushButton::clicked, this, &ChosenFilesView::removeCurrent);
@@ -85,6 +84,11 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::selectedFileChanged, this, &ChosenFilesView::showFiles);
     connect(&m_model, &AppModel::isUploadingChanged, this, &ChosenFilesView::showFiles);
     showFiles();
+    keepTranslated(this, [this] {
+        m_list->setAccessibleName(tr("Chosen files"));
+        m_remove->setText(tr("Remove"));
+        m_remove->setAccessibleName(tr("Remove the chosen file"));
+    });
 }
 
 void ChosenFilesView::showFiles() {

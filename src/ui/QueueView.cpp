@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "ui/QueueListModel.h"
 #include "ui/QueueRowDelegate.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 
 #include <QHBoxLayout>
@@ -31,7 +32,6 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
 
     m_list = new QListView(this);
     m_list->setObjectName(QStringLiteral("queueList"));
-    m_list->setAccessibleName(tr("Uploads"));
     m_list->setModel(new QueueListModel(queue, m_list));
     m_list->setItemDelegate(new QueueRowDelegate(m_list));
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -48,13 +48,11 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
     layout->addWidget(m_summary);
 
     auto* buttons = new QHBoxLayout;
-    m_cancel = new QPushButton(tr("Cancel"), this);
+    m_cancel = new QPushButton(this);
     m_cancel->setObjectName(QStringLiteral("cancelPairButton"));
-    m_cancel->setAccessibleName(tr("Cancel the chosen upload"));
-    m_retry = new QPushButton(tr("Retry"), this);
+    m_retry = new QPushButton(this);
     m_retry->setObjectName(QStringLiteral("retryPairButton"));
-    m_retry->setAccessibleName(tr("Retry the chosen upload"));
-    m_cancelAll = new QPushButton(tr("Cancel All"), this);
+    m_cancelAll = new QPushButton(this);
     m_cancelAll->setObjectName(QStringLiteral("cancelAllButton"));
     buttons->addWidget(m_cancel);
     buttons->addWidget(m_retry);
@@ -79,8 +77,15 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
         showSummary();
         Q_EMIT hasContentChanged();
     });
-    showButtons();
-    showSummary();
+    keepTranslated(this, [this] {
+        m_list->setAccessibleName(tr("Uploads"));
+        m_cancel->setText(tr("Cancel"));
+        m_cancel->setAccessibleName(tr("Cancel the chosen upload"));
+        m_retry->setText(tr("Retry"));
+        m_retry->setAccessibleName(tr("Retry the chosen upload"));
+        m_cancelAll->setText(tr("Cancel All"));
+        showSummary();
+    });
 }
 
 bool QueueView::hasContent() const {
