@@ -455,7 +455,7 @@ Exit codes (with several uploads, the first failure in the order of the files, t
   0  uploaded; each upload is added to the upload history
   1  any other failure
   2  bad usage, an unusable file or an invalid address; nothing was sent
-  3  machine unreachable (refused, connection time-out, network error before the transfer), or no machine of that name answered
+  3  machine unreachable (refused, connection time-out, network error before the transfer, which begins when the machine takes the upload command), or no machine of that name answered
   4  refused by the machine, or by its rules (a name it cannot take)
   5  timed out waiting for the machine
   6  cancelled by the user or a signal
@@ -468,7 +468,7 @@ Exit-Codes (bei mehreren Uploads der erste Fehler in der Reihenfolge der Dateien
   0  hochgeladen; jeder Upload wird in den Upload-Verlauf aufgenommen
   1  jeder andere Fehler
   2  falscher Aufruf, eine unbrauchbare Datei oder eine ungültige Adresse; es wurde nichts gesendet
-  3  Maschine nicht erreichbar (abgewiesen, Zeitüberschreitung beim Verbinden, Netzwerkfehler vor der Übertragung), oder keine Maschine dieses Namens hat geantwortet
+  3  Maschine nicht erreichbar (abgewiesen, Zeitüberschreitung beim Verbinden, Netzwerkfehler vor der Übertragung, die beginnt, sobald die Maschine den Upload-Befehl annimmt), oder keine Maschine dieses Namens hat geantwortet
   4  von der Maschine oder ihren Regeln abgelehnt (ein Name, den sie nicht annehmen kann)
   5  Zeitüberschreitung beim Warten auf die Maschine
   6  vom Benutzer oder durch ein Signal abgebrochen

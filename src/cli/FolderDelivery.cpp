@@ -29,13 +29,13 @@ FolderDelivery::FolderDelivery(const QString& folder, const QList<Machine>& mach
         m_feeds.append(feed);
     }
     connect(&m_watch, &FolderWatch::fileReady, this, [this](const QString& path) {
-        Q_EMIT event({WatchEvent::Kind::Seen, path, {}, {}});
+        Q_EMIT event({WatchEvent::Kind::Seen, path});
         for (MachineFeed* feed : std::as_const(m_feeds))
             feed->add(path);
     });
     connect(&m_watch, &FolderWatch::settled, this, &FolderDelivery::checkFinished);
     connect(&m_watch, &FolderWatch::folderMissing, this, [this] {
-        Q_EMIT event({WatchEvent::Kind::FolderMissing, m_watch.folder(), {}, {}});
+        Q_EMIT event({WatchEvent::Kind::FolderMissing, m_watch.folder()});
     });
     connect(&m_watch, &FolderWatch::folderBack, this, [this] {
         Q_EMIT event({WatchEvent::Kind::FolderBack, m_watch.folder()});
@@ -43,7 +43,7 @@ FolderDelivery::FolderDelivery(const QString& folder, const QList<Machine>& mach
 }
 
 void FolderDelivery::start() {
-    Q_EMIT event({WatchEvent::Kind::Watching, m_watch.folder(), {}, {}});
+    Q_EMIT event({WatchEvent::Kind::Watching, m_watch.folder()});
     if (!m_once)
         listen();
     m_watch.start();

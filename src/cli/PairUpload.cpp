@@ -15,8 +15,14 @@ PairUpload::PairUpload(UploadPair pair, bool again, AppPersistence& persistence,
     connect(m_workflow, &UploadWorkflow::checking, this, &PairUpload::checking);
     connect(m_workflow, &UploadWorkflow::connected, this, [this] { m_reach.connected = true; });
     connect(m_workflow, &UploadWorkflow::progress, this, [this](const TransferProgress& value) {
-        if (value.phase == TransferProgress::Phase::Uploading)
+        if (value.phase == TransferProgress::Phase::Uploading) {
             m_reach.transferring = true;
+            // The machine asks for the checksum and the chunking before the first chunk (and may
+            // ask for the chunking again): a value with no byte taken is no news, and the next
+            // value with bytes tells where the transfer stands.
+            if (value.bytesSent == 0)
+                return;
+        }
         Q_EMIT progress(value);
     });
     connect(m_workflow, &UploadWorkflow::ended, this, &PairUpload::end);
@@ -32,7 +38,7 @@ void PairUpload::start() {
         return;
     if (m_pair.skipReason) {
         m_ended = true;
-        Q_EMIT ended({Failure, *m_pair.skipReason, {}});
+        Q_EMIT ended({Failure, *m_pair.skipReason});
         return;
     }
     m_workflow->start(m_again);
@@ -60,7 +66,7 @@ void PairUpload::end(const UploadOutcome& outcome) {
                       uploadAdvice(*outcome.error)});
         return;
     case UploadOutcome::Kind::DuplicateRefused:
-        Q_EMIT ended({Duplicate, duplicateMessage(), {}});
+        Q_EMIT ended({Duplicate, duplicateMessage()});
         return;
     }
 }

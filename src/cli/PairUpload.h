@@ -17,14 +17,15 @@ struct UploadPair {
     std::optional<QString> skipReason;
 };
 
+// Every field has a default, so that an outcome names only what it has.
 struct PairOutcome {
     ExitCode code = Success;
     // The failure as the user reads it; empty on success.
-    QString message;
+    QString message{};
     // The upload went through but its record could not be kept.
-    std::optional<QString> warning;
+    std::optional<QString> warning{};
     // Beneath a failure: what happened and what to try, in plain words; may be empty.
-    QString advice;
+    QString advice{};
 };
 
 // One pair as the command-line tool runs it: the upload workflow, a busy machine skipped, and the
@@ -46,6 +47,7 @@ public:
 
 Q_SIGNALS:
     void checking(qint64 bytesChecked, qint64 totalBytes);
+    // The upload's progress values, but none that says "uploading" with no byte taken yet.
     void progress(const tarnwick::TransferProgress& progress);
     void ended(const tarnwick::cli::PairOutcome& outcome);
 

@@ -28,11 +28,12 @@ public:
         WaitingUnreachable
     };
 
+    // Every field has a default, so that an event names only what it has.
     Kind kind = Kind::Seen;
-    QString file;
-    QString machine;
+    QString file{};
+    QString machine{};
     // Why it failed, or the warning of an upload whose history record was lost.
-    QString message;
+    QString message{};
     ExitCode code = Success;
     int retrySeconds = 0;
 

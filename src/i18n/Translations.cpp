@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QEvent>
 #include <QLibraryInfo>
 #include <QTranslator>
 
@@ -31,6 +32,18 @@ QTranslator* loaded(const QLocale& locale, const QString& name, const QStringLis
     return nullptr;
 }
 
+// Watches the events sent to the application, where Qt reports a change of the system's locale.
+class SystemLanguageFollower : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == parent() && event->type() == QEvent::LocaleChange)
+            useLanguage(preferredLocale());
+        return false;
+    }
+};
+
 } // namespace
 
 QLocale preferredLocale() {
@@ -54,6 +67,11 @@ bool useLanguage(const QLocale& locale) {
                             ? locale
                             : QLocale(QLocale::English, QLocale::UnitedStates));
     return found;
+}
+
+void followSystemLanguage() {
+    QCoreApplication* application = QCoreApplication::instance();
+    application->installEventFilter(new SystemLanguageFollower(application));
 }
 
 } // namespace tarnwick::i18n

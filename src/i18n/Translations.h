@@ -15,4 +15,9 @@ QLocale preferredLocale();
 // them.
 bool useLanguage(const QLocale& locale = preferredLocale());
 
+// From now on, a change of the system's locale while the program runs (the application receives
+// QEvent::LocaleChange) makes it speak preferredLocale() again. Qt then tells every window that
+// the language changed.
+void followSystemLanguage();
+
 } // namespace tarnwick::i18n

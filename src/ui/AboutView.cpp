@@ -2,6 +2,7 @@
 
 #include "BuildConfig.h"
 #include "ui/Icons.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 
 #include <QLabel>
@@ -56,7 +57,6 @@ QString AboutView::versionLine(const std::optional<QString>& version,
 AboutView::AboutView(QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::MSWindowsFixedSizeDialogHint) {
     setObjectName(QStringLiteral("aboutView"));
-    setWindowTitle(tr("About Tarnwick"));
     setAttribute(Qt::WA_QuitOnClose, false);
     new QShortcut(QKeySequence::Cancel, this, this, &QWidget::close);
 
@@ -69,7 +69,7 @@ AboutView::AboutView(QWidget* parent)
     icon->setFixedSize(96, 96);
     layout->addWidget(icon, 0, Qt::AlignHCenter);
 
-    auto* name = new QLabel(tr("Tarnwick"), this);
+    auto* name = new QLabel(this);
     name->setObjectName(QStringLiteral("aboutName"));
     QFont nameFont = font();
     nameFont.setPixelSize(26);
@@ -77,8 +77,7 @@ AboutView::AboutView(QWidget* parent)
     name->setFont(nameFont);
     layout->addWidget(name, 0, Qt::AlignHCenter);
 
-    auto* version =
-        new QLabel(versionLine(configured(build::version), configured(build::buildNumber)), this);
+    auto* version = new QLabel(this);
     version->setObjectName(QStringLiteral("aboutVersion"));
     version->setFont(style::font(style::TextStyle::Callout, this));
     version->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -99,7 +98,13 @@ AboutView::AboutView(QWidget* parent)
     layout->addWidget(m_quoteLabel);
 
     setFixedWidth(380);
-    chooseQuote();
+    // Each showing chooses its quote.
+    keepTranslated(this, [this, name, version] {
+        setWindowTitle(tr("About Tarnwick"));
+        name->setText(tr("Tarnwick"));
+        version->setText(versionLine(configured(build::version), configured(build::buildNumber)));
+        showQuote();
+    });
 }
 
 void AboutView::showEvent(QShowEvent* event) {
@@ -108,10 +113,13 @@ void AboutView::showEvent(QShowEvent* event) {
 }
 
 void AboutView::chooseQuote() {
-    const QStringList all = quotes();
-    m_quote = all[QRandomGenerator::global()->bounded(int(all.size()))];
+    m_quote = QRandomGenerator::global()->bounded(int(quotes().size()));
+    showQuote();
+}
+
+void AboutView::showQuote() {
     //: The About window's quote between quotation marks.
-    m_quoteLabel->setText(tr("\u201C%1\u201D").arg(m_quote));
+    m_quoteLabel->setText(tr("\u201C%1\u201D").arg(quote()));
     // Quotes differ in length; the window fits the one it shows.
     setFixedHeight(layout()->totalHeightForWidth(width()));
 }

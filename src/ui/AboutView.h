@@ -21,15 +21,17 @@ public:
 
     explicit AboutView(QWidget* parent = nullptr);
 
-    QString quote() const { return m_quote; }
+    QString quote() const { return quotes().at(m_quote); }
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
     void chooseQuote();
+    void showQuote();
 
-    QString m_quote;
+    // The quote's place in quotes(), so that it follows the language.
+    qsizetype m_quote = 0;
     QLabel* m_quoteLabel;
 };
 

@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "app/TransferTexts.h"
+#include "ui/Retranslation.h"
 #include "ui/RowButtons.h"
 
 #include <QAbstractListModel>
@@ -74,7 +75,6 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     m_list = new QListView(this);
     m_list->setObjectName(QStringLiteral("chosenFileList"));
-    m_list->setAccessibleName(tr("Chosen files"));
     m_list->setModel(new ChosenFilesModel(m_model, m_list));
     m_list->setUniformItemSizes(true);
     m_list->setSpacing(2);
@@ -96,6 +96,7 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::selectedFileChanged, this, &ChosenFilesView::showFiles);
     connect(&m_model, &AppModel::isUploadingChanged, this, &ChosenFilesView::showFiles);
     showFiles();
+    keepTranslated(this, [this] { m_list->setAccessibleName(tr("Chosen files")); });
 }
 
 void ChosenFilesView::showFiles() {

@@ -10,6 +10,7 @@
 #include "ui/MachineSidebar.h"
 #include "ui/QueueView.h"
 #include "ui/RecentFilesView.h"
+#include "ui/Retranslation.h"
 #include "ui/RoundedPanel.h"
 #include "ui/SectionBox.h"
 #include "ui/Style.h"
@@ -69,7 +70,7 @@ ContentView::ContentView(AppModel& model, QWidget* parent)
     : QMainWindow(parent)
     , m_model(model) {
     setObjectName(QStringLiteral("contentView"));
-    setWindowTitle(tr("Tarnwick"));
+    keepTranslated(this, [this] { setWindowTitle(tr("Tarnwick")); });
     setMinimumSize(minimumWidth, minimumHeight);
     setAcceptDrops(true);
 
@@ -126,35 +127,41 @@ QWidget* ContentView::makeDetailColumn() {
     layout->addWidget(makeHeader());
     layout->addWidget(makeSafetyBanner());
 
-    auto* destination = new SectionBox(tr("Destination"), QStringLiteral("scope"),
-                                       new DestinationCard(m_model), column);
+    auto* destination =
+        new SectionBox(QStringLiteral("scope"), new DestinationCard(m_model), column);
     destination->setObjectName(QStringLiteral("destinationSection"));
     layout->addWidget(destination);
 
     auto* fileCard = new FileCard(m_model);
     connect(fileCard, &FileCard::chooseFileRequested, this, &ContentView::openFilePanel);
-    auto* file = new SectionBox(tr("Job file"), QStringLiteral("doc.badge.plus"), fileCard, column);
+    auto* file = new SectionBox(QStringLiteral("doc.badge.plus"), fileCard, column);
     file->setObjectName(QStringLiteral("fileSection"));
     layout->addWidget(file);
-    layout->addWidget(
-        new SectionBox(tr("Preview"), QStringLiteral("eye"), new JobPreviewView(m_model), column));
+    auto* preview = new SectionBox(QStringLiteral("eye"), new JobPreviewView(m_model), column);
+    layout->addWidget(preview);
 
     m_transferCard = new TransferCard(m_model);
-    m_transferSection =
-        new SectionBox(tr("Transfer"), QStringLiteral("arrow.up.circle"), m_transferCard, column);
+    m_transferSection = new SectionBox(QStringLiteral("arrow.up.circle"), m_transferCard, column);
     m_transferSection->setObjectName(QStringLiteral("transferSection"));
     layout->addWidget(m_transferSection);
 
     m_queueView = new QueueView(m_model);
-    m_queueSection =
-        new SectionBox(tr("Uploads"), QStringLiteral("arrow.up.circle"), m_queueView, column);
+    m_queueSection = new SectionBox(QStringLiteral("arrow.up.circle"), m_queueView, column);
     m_queueSection->setObjectName(QStringLiteral("queueSection"));
     layout->addWidget(m_queueSection);
 
-    auto* recent = new SectionBox(tr("Recent files"), QStringLiteral("clock.arrow.circlepath"),
+    auto* recent = new SectionBox(QStringLiteral("clock.arrow.circlepath"),
                                   new RecentFilesView(m_model), column);
     recent->setObjectName(QStringLiteral("recentSection"));
     layout->addWidget(recent);
+    keepTranslated(column, [=, this] {
+        destination->setTitle(tr("Destination"));
+        file->setTitle(tr("Job file"));
+        preview->setTitle(tr("Preview"));
+        m_transferSection->setTitle(tr("Transfer"));
+        m_queueSection->setTitle(tr("Uploads"));
+        recent->setTitle(tr("Recent files"));
+    });
     layout->addStretch(1);
 
     scroll->setWidget(canvas);
@@ -168,20 +175,23 @@ QWidget* ContentView::makeHeader() {
     layout->setContentsMargins(0, 0, 0, 0);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(4);
-    auto* title = new QLabel(tr("Tarnwick"), header);
+    auto* title = new QLabel(header);
     title->setObjectName(QStringLiteral("appTitle"));
     QFont titleFont = style::rounded(style::font(style::TextStyle::Body, header));
     titleFont.setPixelSize(34);
     titleFont.setWeight(QFont::Bold);
     title->setFont(titleFont);
-    auto* subtitle =
-        new QLabel(tr("Send job files to a Makera CNC without starting them."), header);
+    auto* subtitle = new QLabel(header);
     subtitle->setObjectName(QStringLiteral("appSubtitle"));
     subtitle->setFont(style::font(style::TextStyle::Title3, header));
     subtitle->setWordWrap(true);
     style::makeSecondary(subtitle);
     texts->addWidget(title);
     texts->addWidget(subtitle);
+    keepTranslated(header, [title, subtitle] {
+        title->setText(tr("Tarnwick"));
+        subtitle->setText(tr("Send job files to a Makera CNC without starting them."));
+    });
     layout->addLayout(texts, 1);
     layout->addWidget(
         new SymbolLabel(QStringLiteral("square.and.arrow.up.on.square.fill"), 38, style::accent), 0,
@@ -202,16 +212,19 @@ QWidget* ContentView::makeSafetyBanner() {
                       0, Qt::AlignTop);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(3);
-    auto* heading = new QLabel(tr("Upload only"), banner);
+    auto* heading = new QLabel(banner);
     heading->setFont(style::font(style::TextStyle::Headline, banner));
-    auto* text = new QLabel(tr("Tarnwick never opens, selects or starts a job and contains no "
-                               "motion-control commands."),
-                            banner);
+    auto* text = new QLabel(banner);
     text->setObjectName(QStringLiteral("safetyText"));
     text->setWordWrap(true);
     style::makeSecondary(text);
     texts->addWidget(heading);
     texts->addWidget(text);
+    keepTranslated(banner, [heading, text] {
+        heading->setText(tr("Upload only"));
+        text->setText(tr("Tarnwick never opens, selects or starts a job and contains no "
+                         "motion-control commands."));
+    });
     layout->addLayout(texts, 1);
     return banner;
 }
@@ -231,8 +244,9 @@ QWidget* ContentView::makeNoticeBar() {
     m_noticeText->setObjectName(QStringLiteral("noticeText"));
     m_noticeText->setWordWrap(true);
     layout->addWidget(m_noticeText, 1);
-    auto* dismiss = new QPushButton(tr("Dismiss"), m_noticeBar);
+    auto* dismiss = new QPushButton(m_noticeBar);
     dismiss->setObjectName(QStringLiteral("dismissNoticeButton"));
+    keepTranslated(dismiss, [dismiss] { dismiss->setText(tr("Dismiss")); });
     connect(dismiss, &QPushButton::clicked, &m_model, &AppModel::dismissNotice);
     layout->addWidget(dismiss, 0, Qt::AlignTop);
     return m_noticeBar;
@@ -264,13 +278,16 @@ void ContentView::openFilePanel() {
         m_filePanel->activateWindow();
         return;
     }
-    auto* panel = new QFileDialog(this, tr("Choose a Makera job file"));
+    auto* panel = new QFileDialog(this);
     panel->setObjectName(QStringLiteral("jobFilePanel"));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setAcceptMode(QFileDialog::AcceptOpen);
     panel->setFileMode(QFileDialog::ExistingFiles);
-    panel->setLabelText(QFileDialog::Accept, tr("Choose"));
-    panel->setNameFilter(jobFileFilter());
+    keepTranslated(panel, [panel] {
+        panel->setWindowTitle(tr("Choose a Makera job file"));
+        panel->setLabelText(QFileDialog::Accept, tr("Choose"));
+        panel->setNameFilter(jobFileFilter());
+    });
     connect(panel, &QFileDialog::accepted, this, [this, panel] {
         const QList<QUrl> chosen = panel->selectedUrls();
         if (chosen.size() == 1)
@@ -354,12 +371,36 @@ void ContentView::keyPressEvent(QKeyEvent* event) {
 }
 
 void ContentView::showErrorAlert() {
-    const auto& message = m_model.errorMessage();
-    if (!message) {
+    if (!m_model.errorMessage()) {
         if (m_errorAlert)
             m_errorAlert->close();
         return;
     }
+    if (m_errorAlert)
+        return showErrorText();
+    auto* alert = new QMessageBox(this);
+    alert->setObjectName(QStringLiteral("errorAlert"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setWindowModality(Qt::WindowModal);
+    QPushButton* ok = alert->addButton(QString(), QMessageBox::RejectRole);
+    alert->setDefaultButton(ok);
+    alert->setEscapeButton(ok);
+    connect(alert, &QMessageBox::finished, this, [this] {
+        m_errorAlert = nullptr;
+        m_model.setErrorMessage(std::nullopt);
+    });
+    m_errorAlert = alert;
+    keepTranslated(alert, [this, ok] {
+        ok->setText(tr("OK"));
+        showErrorText();
+    });
+    alert->open();
+}
+
+void ContentView::showErrorText() {
+    const auto& message = m_model.errorMessage();
+    if (!m_errorAlert || !message)
+        return;
     QString text = message->isEmpty() ? tr("Unknown error") : *message;
     const auto& failure = m_model.lastFailure();
     // Beneath an upload's failure, in the informative text: what happened and what to try.
@@ -370,24 +411,7 @@ void ContentView::showErrorAlert() {
     const QMessageBox::Icon icon = failure && failure->isUploadError(UploadError::Kind::Cancelled)
                                        ? QMessageBox::Information
                                        : QMessageBox::Warning;
-    if (m_errorAlert) {
-        setAlertText(m_errorAlert, tr("Tarnwick"), text, icon);
-        return;
-    }
-    auto* alert = new QMessageBox(this);
-    setAlertText(alert, tr("Tarnwick"), text, icon);
-    alert->setObjectName(QStringLiteral("errorAlert"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setWindowModality(Qt::WindowModal);
-    QPushButton* ok = alert->addButton(tr("OK"), QMessageBox::RejectRole);
-    alert->setDefaultButton(ok);
-    alert->setEscapeButton(ok);
-    connect(alert, &QMessageBox::finished, this, [this] {
-        m_errorAlert = nullptr;
-        m_model.setErrorMessage(std::nullopt);
-    });
-    m_errorAlert = alert;
-    alert->open();
+    setAlertText(m_errorAlert, tr("Tarnwick"), text, icon);
 }
 
 void ContentView::showConfirmationSheet() {
@@ -426,18 +450,21 @@ void ContentView::askToStopUpload() {
         return;
     auto* question = new QMessageBox(this);
     question->setObjectName(QStringLiteral("stopUploadQuestion"));
-    question->setWindowTitle(tr("Tarnwick"));
     question->setIcon(QMessageBox::Question);
-    question->setText(tr("An upload is still running."));
-    question->setInformativeText(tr("Closing Tarnwick cancels the upload on the machine."));
     question->setAttribute(Qt::WA_DeleteOnClose);
     question->setWindowModality(Qt::WindowModal);
-    QPushButton* stop =
-        question->addButton(tr("Cancel Upload and Quit"), QMessageBox::DestructiveRole);
+    QPushButton* stop = question->addButton(QString(), QMessageBox::DestructiveRole);
     stop->setObjectName(QStringLiteral("stopAndQuitButton"));
-    QPushButton* keep = question->addButton(tr("Keep Uploading"), QMessageBox::RejectRole);
+    QPushButton* keep = question->addButton(QString(), QMessageBox::RejectRole);
     question->setDefaultButton(keep);
     question->setEscapeButton(keep);
+    keepTranslated(question, [question, stop, keep] {
+        question->setWindowTitle(tr("Tarnwick"));
+        question->setText(tr("An upload is still running."));
+        question->setInformativeText(tr("Closing Tarnwick cancels the upload on the machine."));
+        stop->setText(tr("Cancel Upload and Quit"));
+        keep->setText(tr("Keep Uploading"));
+    });
     connect(question, &QMessageBox::finished, this, [this, question, stop] {
         m_stopQuestion = nullptr;
         if (question->clickedButton() != stop)

@@ -62,6 +62,7 @@ private:
     void showNotice();
     void askForAttention();
     void showErrorAlert();
+    void showErrorText();
     void showConfirmationSheet();
     void askToStopUpload();
     void closeOnceUploadEnds();

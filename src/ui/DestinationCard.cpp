@@ -6,6 +6,7 @@
 #include "ui/EmptyState.h"
 #include "ui/Formatting.h"
 #include "ui/MachineLimitsDialog.h"
+#include "ui/Retranslation.h"
 #include "ui/RoundedPanel.h"
 #include "ui/SelectedMachinesView.h"
 #include "ui/StatusBadge.h"
@@ -50,7 +51,7 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     m_subtitle->setCopyable(true);
     style::makeSecondary(m_subtitle);
     // A check finds a busy machine reachable all the same, and its badge then says so.
-    m_busy = new QLabel(busyNotice(), m_machinePage);
+    m_busy = new QLabel(m_machinePage);
     m_busy->setObjectName(QStringLiteral("destinationBusy"));
     m_busy->setWordWrap(true);
     style::setTextColor(m_busy, style::orange());
@@ -62,22 +63,19 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
     m_badge->setObjectName(QStringLiteral("statusBadge"));
     row->addWidget(m_badge, 0, Qt::AlignVCenter);
     // The stored status of a machine can be old news; the user can always ask again.
-    m_checkAgain = new QPushButton(tr("Check Again"), m_machinePage);
+    m_checkAgain = new QPushButton(m_machinePage);
     m_checkAgain->setObjectName(QStringLiteral("checkAgainButton"));
-    m_checkAgain->setToolTip(tr("Check whether the machine answers"));
     connect(m_checkAgain, &QPushButton::clicked, &m_model, &AppModel::checkSelectedMachine);
     row->addWidget(m_checkAgain, 0, Qt::AlignVCenter);
-    auto* limits = new QPushButton(tr("Machine limits\u2026"), m_machinePage);
+    auto* limits = new QPushButton(m_machinePage);
     limits->setObjectName(QStringLiteral("machineLimitsButton"));
-    limits->setToolTip(tr("Enter what this machine can do, so that each job is checked"));
     connect(limits, &QPushButton::clicked, this,
             [this] { MachineLimitsDialog::editSelected(m_model, this); });
     row->addWidget(limits, 0, Qt::AlignVCenter);
     layout->addWidget(m_machinePage);
     layout->addWidget(new SelectedMachinesView(m_model, this));
 
-    m_emptyPage = makeEmptyState(tr("Choose a destination"), QStringLiteral("wifi"),
-                                 tr("Select a discovered machine or enter its IP address."), this);
+    m_emptyPage = new EmptyState(QStringLiteral("wifi"), this);
     m_emptyPage->setObjectName(QStringLiteral("destinationEmpty"));
     layout->addWidget(m_emptyPage);
 
@@ -87,7 +85,16 @@ DestinationCard::DestinationCard(AppModel& model, QWidget* parent)
             &DestinationCard::showSelection);
     connect(&m_model, &AppModel::isSelectedMachineBusyChanged, this,
             &DestinationCard::showSelection);
-    showSelection();
+    keepTranslated(this, [this, limits] {
+        m_busy->setText(busyNotice());
+        m_checkAgain->setText(tr("Check Again"));
+        m_checkAgain->setToolTip(tr("Check whether the machine answers"));
+        limits->setText(tr("Machine limits\u2026"));
+        limits->setToolTip(tr("Enter what this machine can do, so that each job is checked"));
+        m_emptyPage->setTexts(tr("Choose a destination"),
+                              tr("Select a discovered machine or enter its IP address."));
+        showSelection();
+    });
 }
 
 void DestinationCard::showSelection() {

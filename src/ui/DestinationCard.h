@@ -12,6 +12,7 @@ class AppModel;
 namespace tarnwick::ui {
 
 class ElidedLabel;
+class EmptyState;
 class StatusBadge;
 
 // The selected machine with its status, or the prompt to choose one.
@@ -26,7 +27,7 @@ private:
 
     AppModel& m_model;
     QWidget* m_machinePage;
-    QWidget* m_emptyPage;
+    EmptyState* m_emptyPage;
     ElidedLabel* m_name;
     ElidedLabel* m_subtitle;
     QLabel* m_busy;

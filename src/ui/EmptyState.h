@@ -2,10 +2,22 @@
 
 #include <QWidget>
 
+class QLabel;
+
 namespace tarnwick::ui {
 
 // A centred symbol, title and description for a card that has nothing to show yet.
-QWidget* makeEmptyState(const QString& title, const QString& symbol, const QString& description,
-                        QWidget* parent);
+class EmptyState : public QWidget {
+    Q_OBJECT
+
+public:
+    EmptyState(const QString& symbol, QWidget* parent);
+
+    void setTexts(const QString& title, const QString& description);
+
+private:
+    QLabel* m_title;
+    QLabel* m_description;
+};
 
 } // namespace tarnwick::ui

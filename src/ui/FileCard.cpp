@@ -7,6 +7,7 @@
 #include "ui/ElidedLabel.h"
 #include "ui/FollowedFolderLine.h"
 #include "ui/Icons.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
 
@@ -43,7 +44,7 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     texts->addWidget(m_name);
     texts->addWidget(m_size);
     fileRow->addLayout(texts, 1);
-    auto* another = new QPushButton(tr("Choose Another\u2026"), m_filePage);
+    auto* another = new QPushButton(m_filePage);
     m_anotherButton = another;
     another->setObjectName(QStringLiteral("chooseAnotherButton"));
     connect(another, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
@@ -55,15 +56,13 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     page->addWidget(new Divider(m_filePage));
 
     auto* reviewRow = new QHBoxLayout;
-    auto* destination = new QLabel(tr("Sent uncompressed to %1 on the machine")
-                                       .arg(QLatin1String(machineJobFolder).chopped(1)),
-                                   m_filePage);
+    auto* destination = new QLabel(m_filePage);
     destination->setWordWrap(true);
     destination->setObjectName(QStringLiteral("remoteFolderNote"));
     destination->setFont(style::font(style::TextStyle::Callout, this));
     style::makeSecondary(destination);
     reviewRow->addWidget(destination, 1);
-    m_reviewButton = new QPushButton(tr("Review Upload"), m_filePage);
+    m_reviewButton = new QPushButton(m_filePage);
     m_reviewButton->setObjectName(QStringLiteral("reviewButton"));
     style::makeProminent(m_reviewButton);
     connect(m_reviewButton, &QPushButton::clicked, &m_model, &AppModel::prepareUpload);
@@ -71,8 +70,7 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     page->addLayout(reviewRow);
     layout->addWidget(m_filePage);
 
-    m_chooseButton = new QPushButton(icons::icon(QStringLiteral("folder")),
-                                     tr("Choose an .nc, .cnc or .gcode file\u2026"), this);
+    m_chooseButton = new QPushButton(icons::icon(QStringLiteral("folder")), QString(), this);
     m_chooseButton->setObjectName(QStringLiteral("chooseFileButton"));
     m_chooseButton->setMinimumHeight(36);
     connect(m_chooseButton, &QPushButton::clicked, this, &FileCard::chooseFileRequested);
@@ -86,7 +84,14 @@ FileCard::FileCard(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::selectedFileChanged, this, &FileCard::showFile);
     connect(&m_model, &AppModel::selectedMachineChanged, this, &FileCard::updateReviewButton);
     connect(&m_model, &AppModel::isUploadingChanged, this, &FileCard::updateReviewButton);
-    showFile();
+    keepTranslated(this, [this, destination] {
+        m_anotherButton->setText(tr("Choose Another\u2026"));
+        destination->setText(tr("Sent uncompressed to %1 on the machine")
+                                 .arg(QLatin1String(machineJobFolder).chopped(1)));
+        m_reviewButton->setText(tr("Review Upload"));
+        m_chooseButton->setText(tr("Choose an .nc, .cnc or .gcode file\u2026"));
+        showFile();
+    });
 }
 
 void FileCard::showFile() {
@@ -107,9 +112,12 @@ void FileCard::showFile() {
 }
 
 QPushButton* FileCard::followButton(QWidget* parent) {
-    auto* button = new QPushButton(tr("Follow a Folder\u2026"), parent);
+    auto* button = new QPushButton(parent);
     button->setObjectName(QStringLiteral("followFolderButton"));
-    button->setAccessibleName(tr("Follow a folder"));
+    keepTranslated(button, [button] {
+        button->setText(tr("Follow a Folder\u2026"));
+        button->setAccessibleName(tr("Follow a folder"));
+    });
     connect(button, &QPushButton::clicked, this,
             [this] { FollowedFolderLine::chooseFolder(window(), m_model.folderFollower()); });
     return button;

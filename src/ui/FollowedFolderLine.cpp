@@ -1,6 +1,7 @@
 #include "ui/FollowedFolderLine.h"
 
 #include "app/FolderFollower.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 
 #include <QDir>
@@ -24,22 +25,28 @@ FollowedFolderLine::FollowedFolderLine(FolderFollower& follower, QWidget* parent
     m_text->setFont(style::font(style::TextStyle::Callout, this));
     style::makeSecondary(m_text);
     row->addWidget(m_text, 1);
-    auto* stop = new QPushButton(tr("Stop Following"), this);
+    auto* stop = new QPushButton(this);
     stop->setObjectName(QStringLiteral("stopFollowingButton"));
-    stop->setAccessibleName(tr("Stop following the folder"));
     connect(stop, &QPushButton::clicked, &m_follower, &FolderFollower::stop);
     row->addWidget(stop, 0, Qt::AlignVCenter);
     connect(&m_follower, &FolderFollower::changed, this, &FollowedFolderLine::update);
-    update();
+    keepTranslated(this, [this, stop] {
+        stop->setText(tr("Stop Following"));
+        stop->setAccessibleName(tr("Stop following the folder"));
+        update();
+    });
 }
 
 void FollowedFolderLine::chooseFolder(QWidget* parent, FolderFollower& follower) {
-    auto* panel = new QFileDialog(parent, tr("Choose a folder to follow"));
+    auto* panel = new QFileDialog(parent);
     panel->setObjectName(QStringLiteral("followFolderPanel"));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::Directory);
     panel->setOption(QFileDialog::ShowDirsOnly);
-    panel->setLabelText(QFileDialog::Accept, tr("Follow"));
+    keepTranslated(panel, [panel] {
+        panel->setWindowTitle(tr("Choose a folder to follow"));
+        panel->setLabelText(QFileDialog::Accept, tr("Follow"));
+    });
     QObject::connect(panel, &QFileDialog::accepted, &follower, [panel, &follower] {
         const QStringList chosen = panel->selectedFiles();
         if (chosen.size() == 1)

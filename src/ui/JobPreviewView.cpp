@@ -5,6 +5,7 @@
 #include "ui/FileJobAnalyser.h"
 #include "ui/JobFit.h"
 #include "ui/JobPreviewTexts.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 #include "ui/ToolpathView.h"
 
@@ -94,20 +95,29 @@ JobPreviewView::JobPreviewView(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::selectedMachineChanged, this, &JobPreviewView::showWarnings);
     connect(&m_model, &AppModel::machineLimitsChanged, this, &JobPreviewView::showWarnings);
     follow(m_model.jobAnalysis());
+    keepTranslated(this, [this] {
+        if (result())
+            showFacts();
+        else
+            showStatus();
+    });
+}
+
+JobAnalysisResult JobPreviewView::result() const {
+    return m_analysis ? m_analysis->result().value<JobAnalysisResult>() : nullptr;
 }
 
 void JobPreviewView::follow(JobAnalysis* analysis) {
     m_analysis = analysis;
+    m_failure.reset();
     m_toolpath->setPath({});
     m_side->setPath({});
     m_progress->hide();
     m_progress->setValue(0);
     m_progressDelay->stop();
-    if (!analysis) {
-        showStatus(tr("Choose a job file to see what it will cut."));
+    showStatus();
+    if (!analysis)
         return;
-    }
-    showStatus(tr("Reading the file\u2026"));
     m_progressDelay->start();
     connect(analysis, &JobAnalysis::progress, this,
             [this](double fraction) { m_progress->setValue(int(fraction * 1000)); });
@@ -115,12 +125,18 @@ void JobPreviewView::follow(JobAnalysis* analysis) {
     connect(analysis, &Operation::failed, this, [this](const Error& error) {
         m_progressDelay->stop();
         m_progress->hide();
-        showStatus(tr("The file could not be read: %1").arg(error.description()));
+        m_failure = error;
+        showStatus();
     });
 }
 
-void JobPreviewView::showStatus(const QString& text) {
-    m_status->setText(text);
+void JobPreviewView::showStatus() {
+    if (!m_analysis)
+        m_status->setText(tr("Choose a job file to see what it will cut."));
+    else if (m_failure)
+        m_status->setText(tr("The file could not be read: %1").arg(m_failure->description()));
+    else
+        m_status->setText(tr("Reading the file\u2026"));
     m_status->show();
     m_details->hide();
 }
@@ -128,13 +144,25 @@ void JobPreviewView::showStatus(const QString& text) {
 void JobPreviewView::showResult() {
     m_progressDelay->stop();
     m_progress->hide();
-    const auto result = m_analysis ? m_analysis->result().value<JobAnalysisResult>() : nullptr;
-    if (!result)
+    const JobAnalysisResult analysed = result();
+    if (!analysed)
         return;
-    const gcode::JobSummary& summary = result->summary;
+    showFacts();
+    const gcode::JobSummary& summary = analysed->summary;
+    PathDepths depths;
+    if (summary.cutting)
+        depths = {summary.cutting->max.z, summary.cutting->min.z,
+                  summary.units == gcode::Units::Inches};
+    m_toolpath->setPath(analysed->sketch, depths);
+    m_side->setPath(analysed->side, depths);
+    m_status->hide();
+    m_details->show();
+}
+
+void JobPreviewView::showFacts() {
     while (m_facts->rowCount() > 0)
         m_facts->removeRow(0);
-    for (const JobPreviewTexts::Row& row : JobPreviewTexts::rows(summary)) {
+    for (const JobPreviewTexts::Row& row : JobPreviewTexts::rows(result()->summary)) {
         auto* label = new QLabel(row.label);
         style::makeSecondary(label);
         // A long row gives way to an ellipsis rather than widen the window.
@@ -145,21 +173,13 @@ void JobPreviewView::showResult() {
         m_facts->addRow(label, value);
     }
     showWarnings();
-    PathDepths depths;
-    if (summary.cutting)
-        depths = {summary.cutting->max.z, summary.cutting->min.z,
-                  summary.units == gcode::Units::Inches};
-    m_toolpath->setPath(result->sketch, depths);
-    m_side->setPath(result->side, depths);
-    m_status->hide();
-    m_details->show();
 }
 
 void JobPreviewView::showWarnings() {
-    const auto result = m_analysis ? m_analysis->result().value<JobAnalysisResult>() : nullptr;
-    if (!result)
+    const JobAnalysisResult analysed = result();
+    if (!analysed)
         return;
-    const gcode::JobSummary& summary = result->summary;
+    const gcode::JobSummary& summary = analysed->summary;
     QStringList warnings = selectedJobFitProblems(m_model);
     m_fit->setText(doesNotFitLine(m_model, warnings));
     m_fit->setVisible(!warnings.isEmpty());

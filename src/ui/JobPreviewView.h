@@ -1,7 +1,12 @@
 #pragma once
 
+#include "app/Errors.h"
+#include "ui/FileJobAnalyser.h"
+
 #include <QPointer>
 #include <QWidget>
+
+#include <optional>
 
 class QFormLayout;
 class QLabel;
@@ -10,8 +15,7 @@ class QTimer;
 
 namespace tarnwick {
 class AppModel;
-class JobAnalysis;
-} // namespace tarnwick
+}
 
 namespace tarnwick::ui {
 
@@ -26,14 +30,19 @@ public:
     explicit JobPreviewView(AppModel& model, QWidget* parent = nullptr);
 
 private:
+    // The followed analysis' result; none while it runs, after it failed or without one.
+    JobAnalysisResult result() const;
     void follow(JobAnalysis* analysis);
-    void showStatus(const QString& text);
+    // What the preview says while it has no result to show.
+    void showStatus();
     void showResult();
+    void showFacts();
     // The analysis' warnings, after every reason why the job does not fit the selected machine.
     void showWarnings();
 
     AppModel& m_model;
     QPointer<JobAnalysis> m_analysis;
+    std::optional<Error> m_failure;
     ToolpathView* m_toolpath;
     ToolpathView* m_side;
     QLabel* m_status;

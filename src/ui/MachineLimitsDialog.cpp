@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "app/DisplayName.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 
 #include <QDialogButtonBox>
@@ -19,20 +20,29 @@ namespace tarnwick::ui {
 
 namespace {
 
+// A field's texts in the language of the moment.
+struct FieldTexts {
+    QString label;
+    QString accessibleName;
+    QString unit;
+};
+
 // Zero is "Not set": no machine travels, turns or feeds at zero.
 template <typename SpinBox>
-SpinBox* makeField(QFormLayout* form, const QString& label, const QString& accessibleName,
-                   const QString& unit, double maximum, QWidget* parent) {
+SpinBox* makeField(QFormLayout* form, FieldTexts (*texts)(), double maximum, QWidget* parent) {
     auto* box = new SpinBox(parent);
     box->setRange(0, maximum);
-    box->setSpecialValueText(MachineLimitsDialog::tr("Not set"));
-    if (!unit.isEmpty())
-        box->setSuffix(u' ' + unit);
-    box->setAccessibleName(accessibleName);
     box->setAccelerated(true);
-    auto* caption = new QLabel(label, parent);
+    auto* caption = new QLabel(parent);
     caption->setBuddy(box);
     form->addRow(caption, box);
+    keepTranslated(box, [box, caption, texts] {
+        const FieldTexts now = texts();
+        caption->setText(now.label);
+        box->setAccessibleName(now.accessibleName);
+        box->setSpecialValueText(MachineLimitsDialog::tr("Not set"));
+        box->setSuffix(now.unit.isEmpty() ? QString() : u' ' + now.unit);
+    });
     return box;
 }
 
@@ -43,32 +53,55 @@ MachineLimitsDialog::MachineLimitsDialog(const QString& machineName,
                                          QWidget* parent)
     : QDialog(parent) {
     setObjectName(QStringLiteral("machineLimits"));
-    setWindowTitle(tr("Limits of %1").arg(machineName));
     setWindowModality(Qt::WindowModal);
-    auto* note = new QLabel(tr("Each job is checked against these numbers before it is sent. "
-                               "A field left at “Not set” is not checked."),
-                            this);
+    auto* note = new QLabel(this);
     note->setWordWrap(true);
     style::makeSecondary(note);
+    keepTranslated(this, [this, note, machineName] {
+        setWindowTitle(tr("Limits of %1").arg(machineName));
+        note->setText(tr("Each job is checked against these numbers before it is sent. "
+                         "A field left at “Not set” is not checked."));
+    });
 
     auto* form = new QFormLayout;
-    const QString mm = tr("mm");
-    const QString labels[] = {tr("Travel in &X:"), tr("Travel in &Y:"), tr("Travel in &Z:")};
-    const QString names[] = {tr("Travel in X"), tr("Travel in Y"), tr("Travel in Z")};
+    FieldTexts (*const travelTexts[])() = {
+        [] {
+            return FieldTexts{tr("Travel in &X:"), tr("Travel in X"), tr("mm")};
+        },
+        [] {
+            return FieldTexts{tr("Travel in &Y:"), tr("Travel in Y"), tr("mm")};
+        },
+        [] {
+            return FieldTexts{tr("Travel in &Z:"), tr("Travel in Z"), tr("mm")};
+        },
+    };
     for (size_t axis = 0; axis < m_travel.size(); ++axis) {
-        m_travel[axis] = makeField<QDoubleSpinBox>(form, labels[axis], names[axis], mm, 1e5, this);
+        m_travel[axis] = makeField<QDoubleSpinBox>(form, travelTexts[axis], 1e5, this);
         m_travel[axis]->setDecimals(1);
         m_travel[axis]->setObjectName(QStringLiteral("travel%1").arg(QChar(u'X' + int(axis))));
     }
-    m_spindle = makeField<QSpinBox>(form, tr("Highest &spindle speed:"),
-                                    tr("Highest spindle speed"), tr("rpm"), 1e6, this);
+    m_spindle = makeField<QSpinBox>(
+        form,
+        [] {
+            return FieldTexts{tr("Highest &spindle speed:"), tr("Highest spindle speed"),
+                              tr("rpm")};
+        },
+        1e6, this);
     m_spindle->setSingleStep(1000);
     m_spindle->setObjectName(QStringLiteral("highestSpindleSpeed"));
-    m_tools =
-        makeField<QSpinBox>(form, tr("&Tool positions:"), tr("Tool positions"), {}, 999, this);
+    m_tools = makeField<QSpinBox>(
+        form,
+        [] {
+            return FieldTexts{tr("&Tool positions:"), tr("Tool positions"), {}};
+        },
+        999, this);
     m_tools->setObjectName(QStringLiteral("toolPositions"));
-    m_feed = makeField<QSpinBox>(form, tr("Highest &feed:"), tr("Highest feed"), tr("mm/min"), 1e6,
-                                 this);
+    m_feed = makeField<QSpinBox>(
+        form,
+        [] {
+            return FieldTexts{tr("Highest &feed:"), tr("Highest feed"), tr("mm/min")};
+        },
+        1e6, this);
     m_feed->setSingleStep(100);
     m_feed->setObjectName(QStringLiteral("highestFeed"));
 

@@ -5,6 +5,7 @@
 #include "ui/MachineListModel.h"
 #include "ui/MachineRowDelegate.h"
 #include "ui/ManualEntryRules.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 
 #include <QEvent>
@@ -36,7 +37,6 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     m_machines = new MachineListModel(m_model, this);
     m_list = new QListView(this);
     m_list->setObjectName(QStringLiteral("machineList"));
-    m_list->setAccessibleName(tr("Machines"));
     m_list->setModel(m_machines);
     m_list->setItemDelegate(new MachineRowDelegate(m_list));
     m_list->setUniformItemSizes(true);
@@ -46,13 +46,7 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     style::tintSelection(m_list);
-    m_emptyHint = new QLabel(
-        tr("No machine answered the scan.\n\n"
-           "This usually means that the system does not allow Tarnwick to use the local "
-           "network, that a firewall blocks UDP port 3333, or that the machine is on another "
-           "subnet or reached through a VPN.\n\n"
-           "Use “Enter IP address” below to add the machine by its address."),
-        this);
+    m_emptyHint = new QLabel(this);
     m_emptyHint->setObjectName(QStringLiteral("noMachinesHint"));
     m_emptyHint->setWordWrap(true);
     m_emptyHint->setAlignment(Qt::AlignTop | Qt::AlignLeft);
@@ -64,9 +58,7 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     m_listArea->addWidget(m_emptyHint);
     layout->addWidget(m_listArea, 1);
 
-    m_limitNote = new QLabel(tr("Stopped listing more: the scan heard more than %n machines.",
-                                nullptr, AppModel::maximumListedMachines),
-                             this);
+    m_limitNote = new QLabel(this);
     m_limitNote->setObjectName(QStringLiteral("listLimitNote"));
     m_limitNote->setWordWrap(true);
     m_limitNote->setContentsMargins(18, 6, 18, 6);
@@ -89,6 +81,17 @@ MachineSidebar::MachineSidebar(AppModel& model, QWidget* parent)
     showSelection();
     showScanState();
     showListLimit();
+    keepTranslated(this, [this] {
+        m_list->setAccessibleName(tr("Machines"));
+        m_emptyHint->setText(
+            tr("No machine answered the scan.\n\n"
+               "This usually means that the system does not allow Tarnwick to use the local "
+               "network, that a firewall blocks UDP port 3333, or that the machine is on another "
+               "subnet or reached through a VPN.\n\n"
+               "Use “Enter IP address” below to add the machine by its address."));
+        m_limitNote->setText(tr("Stopped listing more: the scan heard more than %n machines.",
+                                nullptr, AppModel::maximumListedMachines));
+    });
 }
 
 QWidget* MachineSidebar::makeTitleRow() {
@@ -98,9 +101,10 @@ QWidget* MachineSidebar::makeTitleRow() {
 
     auto* titles = new QVBoxLayout;
     titles->setSpacing(1);
-    auto* title = new QLabel(tr("Machines"), row);
+    auto* title = new QLabel(row);
+    title->setObjectName(QStringLiteral("sidebarTitle"));
     title->setFont(style::font(style::TextStyle::Title2, row));
-    auto* caption = new QLabel(tr("Local network"), row);
+    auto* caption = new QLabel(row);
     caption->setFont(style::font(style::TextStyle::Caption, row));
     style::makeSecondary(caption);
     titles->addWidget(title);
@@ -112,10 +116,14 @@ QWidget* MachineSidebar::makeTitleRow() {
     m_scanButton->setObjectName(QStringLiteral("scanButton"));
     m_scanButton->setAutoRaise(true);
     m_scanButton->setIconSize(QSize(18, 18));
-    m_scanButton->setToolTip(tr("Scan for Makera machines"));
-    m_scanButton->setAccessibleName(tr("Scan for Makera machines"));
     connect(m_scanButton, &QToolButton::clicked, &m_model, &AppModel::discover);
     layout->addWidget(m_scanButton, 0, Qt::AlignVCenter);
+    keepTranslated(row, [this, title, caption] {
+        title->setText(tr("Machines"));
+        caption->setText(tr("Local network"));
+        m_scanButton->setToolTip(tr("Scan for Makera machines"));
+        m_scanButton->setAccessibleName(tr("Scan for Makera machines"));
+    });
     return row;
 }
 
@@ -128,8 +136,7 @@ QWidget* MachineSidebar::makeManualEntry() {
     layout->setContentsMargins(16, 16, 16, 16);
     layout->setSpacing(10);
 
-    m_enterButton =
-        new QPushButton(icons::icon(QStringLiteral("plus")), tr("Enter IP address"), area);
+    m_enterButton = new QPushButton(icons::icon(QStringLiteral("plus")), QString(), area);
     m_enterButton->setObjectName(QStringLiteral("enterAddressButton"));
     connect(m_enterButton, &QPushButton::clicked, this, [this] { setShowingManualEntry(true); });
     layout->addWidget(m_enterButton);
@@ -140,24 +147,20 @@ QWidget* MachineSidebar::makeManualEntry() {
     fields->setSpacing(10);
     m_addressField = new QLineEdit(m_entryFields);
     m_addressField->setObjectName(QStringLiteral("addressField"));
-    m_addressField->setPlaceholderText(tr("IP address"));
-    m_addressField->setAccessibleName(tr("IP address"));
     m_addressField->setClearButtonEnabled(true);
     fields->addWidget(m_addressField);
 
     auto* lastLine = new QHBoxLayout;
     m_portField = new QLineEdit(QString::number(defaultControllerPort), m_entryFields);
     m_portField->setObjectName(QStringLiteral("portField"));
-    m_portField->setPlaceholderText(tr("Port"));
-    m_portField->setAccessibleName(tr("Port"));
     m_portField->setFixedWidth(80);
     lastLine->addWidget(m_portField);
     lastLine->addStretch();
-    auto* cancel = new QPushButton(tr("Cancel"), m_entryFields);
+    auto* cancel = new QPushButton(m_entryFields);
     cancel->setObjectName(QStringLiteral("cancelEntryButton"));
     connect(cancel, &QPushButton::clicked, this, [this] { setShowingManualEntry(false); });
     lastLine->addWidget(cancel);
-    m_addButton = new QPushButton(tr("Add"), m_entryFields);
+    m_addButton = new QPushButton(m_entryFields);
     m_addButton->setObjectName(QStringLiteral("addButton"));
     style::makeProminent(m_addButton);
     connect(m_addButton, &QPushButton::clicked, this, &MachineSidebar::addManualMachine);
@@ -176,6 +179,15 @@ QWidget* MachineSidebar::makeManualEntry() {
     m_portField->installEventFilter(this);
     updateAddButton();
     setShowingManualEntry(false);
+    keepTranslated(area, [this, cancel] {
+        m_enterButton->setText(tr("Enter IP address"));
+        m_addressField->setPlaceholderText(tr("IP address"));
+        m_addressField->setAccessibleName(tr("IP address"));
+        m_portField->setPlaceholderText(tr("Port"));
+        m_portField->setAccessibleName(tr("Port"));
+        cancel->setText(tr("Cancel"));
+        m_addButton->setText(tr("Add"));
+    });
     return area;
 }
 

@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "app/DisplayName.h"
 #include "ui/Formatting.h"
+#include "ui/Retranslation.h"
 
 #include <QStringListModel>
 
@@ -36,7 +37,6 @@ PlannedUploadsView::PlannedUploadsView(AppModel& model, QWidget* parent)
     : QListView(parent)
     , m_model(model) {
     setObjectName(QStringLiteral("plannedUploads"));
-    setAccessibleName(tr("Files and machines"));
     setModel(new QStringListModel(this));
     setUniformItemSizes(true);
     setEditTriggers(NoEditTriggers);
@@ -44,6 +44,8 @@ PlannedUploadsView::PlannedUploadsView(AppModel& model, QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTextElideMode(Qt::ElideMiddle);
     setSpacing(2);
+    // The rows follow the language through the sheet, which refreshes them.
+    keepTranslated(this, [this] { setAccessibleName(tr("Files and machines")); });
 }
 
 void PlannedUploadsView::refresh() {

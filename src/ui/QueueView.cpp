@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "ui/QueueListModel.h"
 #include "ui/QueueRowDelegate.h"
+#include "ui/Retranslation.h"
 #include "ui/RowButtons.h"
 #include "ui/Style.h"
 
@@ -32,7 +33,6 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
 
     m_list = new QListView(this);
     m_list->setObjectName(QStringLiteral("queueList"));
-    m_list->setAccessibleName(tr("Uploads"));
     m_list->setModel(new QueueListModel(queue, m_list));
     m_list->setItemDelegate(new QueueRowDelegate(m_list));
     // Each row acts through its own button: choosing a row would do nothing.
@@ -50,7 +50,7 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
     layout->addWidget(m_summary);
 
     auto* buttons = new QHBoxLayout;
-    m_cancelAll = new QPushButton(tr("Cancel All"), this);
+    m_cancelAll = new QPushButton(this);
     m_cancelAll->setObjectName(QStringLiteral("cancelAllButton"));
     buttons->addStretch(1);
     buttons->addWidget(m_cancelAll);
@@ -69,7 +69,11 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
         showSummary();
         Q_EMIT hasContentChanged();
     });
-    showSummary();
+    keepTranslated(this, [this] {
+        m_list->setAccessibleName(tr("Uploads"));
+        m_cancelAll->setText(tr("Cancel All"));
+        showSummary();
+    });
 }
 
 bool QueueView::hasContent() const {

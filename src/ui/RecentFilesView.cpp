@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "ui/RecentFileDelegate.h"
 #include "ui/RecentFilesModel.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 
 #include <QLabel>
@@ -18,7 +19,7 @@ RecentFilesView::RecentFilesView(AppModel& model, QWidget* parent)
     setObjectName(QStringLiteral("recentFiles"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_emptyText = new QLabel(tr("Files you choose will appear here."), this);
+    m_emptyText = new QLabel(this);
     m_emptyText->setObjectName(QStringLiteral("recentFilesEmpty"));
     m_emptyText->setContentsMargins(8, 8, 8, 8);
     style::makeSecondary(m_emptyText);
@@ -26,7 +27,6 @@ RecentFilesView::RecentFilesView(AppModel& model, QWidget* parent)
 
     m_list = new QListView(this);
     m_list->setObjectName(QStringLiteral("recentFileList"));
-    m_list->setAccessibleName(tr("Recent files"));
     m_list->setModel(m_files);
     m_list->setItemDelegate(new RecentFileDelegate(m_list));
     m_list->setUniformItemSizes(true);
@@ -45,6 +45,10 @@ RecentFilesView::RecentFilesView(AppModel& model, QWidget* parent)
     connect(m_list, &QListView::activated, this, &RecentFilesView::choose);
     connect(m_files, &QAbstractItemModel::modelReset, this, &RecentFilesView::fitRows);
     fitRows();
+    keepTranslated(this, [this] {
+        m_emptyText->setText(tr("Files you choose will appear here."));
+        m_list->setAccessibleName(tr("Recent files"));
+    });
 }
 
 void RecentFilesView::choose(const QModelIndex& index) {

@@ -1,5 +1,7 @@
 #include "ui/RowButtons.h"
 
+#include "ui/Retranslation.h"
+
 #include <QApplication>
 #include <QListView>
 #include <QPersistentModelIndex>
@@ -31,6 +33,11 @@ RowButtons::RowButtons(QListView* list, int textRole, int accessibleNameRole)
                 showButtons(first.row(), last.row());
             });
     placeButtons();
+    // The rows' texts, the buttons' among them, are the model's translations of the moment.
+    keepTranslated(m_list, [this] {
+        showButtons(0, m_list->model()->rowCount() - 1);
+        m_list->viewport()->update();
+    });
 }
 
 void RowButtons::placeButtons() {

@@ -19,8 +19,7 @@ QColor panelOutline(const QWidget* widget) {
 
 } // namespace
 
-SectionBox::SectionBox(const QString& title, const QString& symbol, QWidget* content,
-                       QWidget* parent)
+SectionBox::SectionBox(const QString& symbol, QWidget* content, QWidget* parent)
     : QWidget(parent) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -30,7 +29,7 @@ SectionBox::SectionBox(const QString& title, const QString& symbol, QWidget* con
     titleRow->setSpacing(6);
     titleRow->addWidget(new SymbolLabel(
         symbol, 15, [](const QWidget* w) { return w->palette().color(QPalette::WindowText); }));
-    m_title = new QLabel(title, this);
+    m_title = new QLabel(this);
     m_title->setObjectName(QStringLiteral("sectionTitle"));
     m_title->setFont(style::font(style::TextStyle::Headline, this));
     titleRow->addWidget(m_title);
@@ -44,8 +43,8 @@ SectionBox::SectionBox(const QString& title, const QString& symbol, QWidget* con
     layout->addWidget(panel);
 }
 
-QString SectionBox::title() const {
-    return m_title->text();
+void SectionBox::setTitle(const QString& title) {
+    m_title->setText(title);
 }
 
 } // namespace tarnwick::ui

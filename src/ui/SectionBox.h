@@ -13,10 +13,9 @@ class SectionBox : public QWidget {
     Q_OBJECT
 
 public:
-    SectionBox(const QString& title, const QString& symbol, QWidget* content,
-               QWidget* parent = nullptr);
+    SectionBox(const QString& symbol, QWidget* content, QWidget* parent = nullptr);
 
-    QString title() const;
+    void setTitle(const QString& title);
 
 private:
     QLabel* m_title;

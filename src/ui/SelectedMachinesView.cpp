@@ -4,6 +4,7 @@
 #include "app/DisplayName.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
+#include "ui/Retranslation.h"
 #include "ui/StatusBadge.h"
 #include "ui/Style.h"
 
@@ -63,7 +64,8 @@ void SelectedMachinesView::makeRows() {
         name->setFullText(displayName(machine.name));
         name->setFont(style::font(style::TextStyle::Headline, row));
         auto* address = new ElidedLabel(row);
-        address->setFullText(machineSubtitle(machine));
+        keepTranslated(address,
+                       [address, machine] { address->setFullText(machineSubtitle(machine)); });
         style::makeSecondary(address);
         auto* badge = new StatusBadge(machine.status, row);
         m_badges.append(badge);

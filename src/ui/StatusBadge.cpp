@@ -1,6 +1,7 @@
 #include "ui/StatusBadge.h"
 
 #include "ui/Formatting.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 
 #include <QPainter>
@@ -16,7 +17,7 @@ StatusBadge::StatusBadge(Machine::ConnectionStatus status, QWidget* parent)
     setFont(badgeFont);
     setContentsMargins(9, 5, 9, 5);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setStatus(status);
+    keepTranslated(this, [this] { setStatus(m_status); });
 }
 
 void StatusBadge::setStatus(Machine::ConnectionStatus status) {

@@ -5,6 +5,7 @@
 #include "ui/AboutView.h"
 #include "ui/ContentView.h"
 #include "ui/FollowedFolderLine.h"
+#include "ui/Retranslation.h"
 #include "ui/SettingsView.h"
 #include "ui/UpdateAlert.h"
 #include "update/UpdateChecker.h"
@@ -45,42 +46,53 @@ TarnwickApp::~TarnwickApp() {
 void TarnwickApp::buildMenus() {
     QMenuBar* bar = m_window->menuBar();
 
-    QMenu* file = bar->addMenu(tr("&File"));
-    QAction* choose = file->addAction(tr("Choose Job File\u2026"));
+    QMenu* file = bar->addMenu(QString());
+    QAction* choose = file->addAction(QString());
     choose->setObjectName(QStringLiteral("chooseJobFileAction"));
     choose->setShortcut(QKeySequence::Open);
     connect(choose, &QAction::triggered, this, &TarnwickApp::chooseJobFile);
-    QAction* follow = file->addAction(tr("Follow a Folder\u2026"));
+    QAction* follow = file->addAction(QString());
     follow->setObjectName(QStringLiteral("followFolderAction"));
     connect(follow, &QAction::triggered, this, [this] {
         FollowedFolderLine::chooseFolder(m_window.get(), m_model->folderFollower());
     });
     file->addSeparator();
-    QAction* settings = file->addAction(tr("Settings\u2026"));
+    QAction* settings = file->addAction(QString());
     settings->setObjectName(QStringLiteral("settingsAction"));
     settings->setMenuRole(QAction::PreferencesRole);
     settings->setShortcut(QKeySequence::Preferences);
     connect(settings, &QAction::triggered, this, &TarnwickApp::showSettings);
     file->addSeparator();
-    QAction* quitAction = file->addAction(tr("Quit"));
+    QAction* quitAction = file->addAction(QString());
     quitAction->setObjectName(QStringLiteral("quitAction"));
     quitAction->setMenuRole(QAction::QuitRole);
     quitAction->setShortcut(QKeySequence::Quit);
     connect(quitAction, &QAction::triggered, this, &TarnwickApp::quit);
 
     // On macOS the roles move these two into the application menu.
-    QMenu* help = bar->addMenu(tr("&Help"));
-    QAction* about = help->addAction(tr("About Tarnwick"));
+    QMenu* help = bar->addMenu(QString());
+    QAction* about = help->addAction(QString());
     about->setObjectName(QStringLiteral("aboutAction"));
     about->setMenuRole(QAction::AboutRole);
     connect(about, &QAction::triggered, this, &TarnwickApp::showAbout);
-    m_checkForUpdates = help->addAction(tr("Check for Updates\u2026"));
+    m_checkForUpdates = help->addAction(QString());
     m_checkForUpdates->setObjectName(QStringLiteral("checkForUpdatesAction"));
     m_checkForUpdates->setMenuRole(QAction::ApplicationSpecificRole);
     connect(m_checkForUpdates, &QAction::triggered, this, [this] { m_checker->check(true); });
     connect(m_checker.get(), &UpdateChecker::isCheckingChanged, m_checkForUpdates,
             [this](bool checking) { m_checkForUpdates->setEnabled(!checking); });
     m_checkForUpdates->setEnabled(!m_checker->isChecking());
+
+    keepTranslated(m_window.get(), [=, this] {
+        file->setTitle(tr("&File"));
+        choose->setText(tr("Choose Job File\u2026"));
+        follow->setText(tr("Follow a Folder\u2026"));
+        settings->setText(tr("Settings\u2026"));
+        quitAction->setText(tr("Quit"));
+        help->setTitle(tr("&Help"));
+        about->setText(tr("About Tarnwick"));
+        m_checkForUpdates->setText(tr("Check for Updates\u2026"));
+    });
 }
 
 void TarnwickApp::start() {

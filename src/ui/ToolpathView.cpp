@@ -1,6 +1,7 @@
 #include "ui/ToolpathView.h"
 
 #include "gcode/JobSummary.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 #include "ui/ToolpathRaster.h"
 
@@ -54,10 +55,12 @@ ToolpathView::ToolpathView(Projection projection, QWidget* parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::OpenHandCursor);
-    setAccessibleName(projection == Projection::Top ? tr("Toolpath from above")
-                                                    : tr("Toolpath from the front"));
-    setToolTip(tr("Zoom with the wheel, +, − or a pinch; drag or use the arrows to move; "
-                  "double-click or press 0 to see the whole job."));
+    keepTranslated(this, [this] {
+        setAccessibleName(m_projection == Projection::Top ? tr("Toolpath from above")
+                                                          : tr("Toolpath from the front"));
+        setToolTip(tr("Zoom with the wheel, +, − or a pinch; drag or use the arrows to move; "
+                      "double-click or press 0 to see the whole job."));
+    });
 }
 
 void ToolpathView::setPath(std::vector<gcode::PathSketch::Vertex> vertices,
@@ -197,7 +200,9 @@ void ToolpathView::keyPressEvent(QKeyEvent* event) {
 }
 
 void ToolpathView::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
+    // The drawing holds the legend's numbers and unit, which are written in the language.
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
+        event->type() == QEvent::LanguageChange) {
         m_drawing = {};
         update();
     }

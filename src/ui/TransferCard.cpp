@@ -5,6 +5,7 @@
 #include "app/TransferTexts.h"
 #include "ui/ElidedLabel.h"
 #include "ui/Formatting.h"
+#include "ui/Retranslation.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
 
@@ -58,7 +59,6 @@ TransferCard::TransferCard(AppModel& model, QWidget* parent)
 
     m_bar = new QProgressBar(this);
     m_bar->setObjectName(QStringLiteral("transferBar"));
-    m_bar->setAccessibleName(tr("Transfer progress"));
     m_bar->setRange(0, barSteps);
     m_bar->setTextVisible(false);
     m_bar->setFixedHeight(8);
@@ -81,9 +81,8 @@ TransferCard::TransferCard(AppModel& model, QWidget* parent)
     detailRow->addStretch();
     detailRow->addWidget(m_timeLeft);
     detailRow->addWidget(m_rate);
-    m_cancel = new QPushButton(tr("Cancel"), this);
+    m_cancel = new QPushButton(this);
     m_cancel->setObjectName(QStringLiteral("cancelUploadButton"));
-    m_cancel->setAccessibleName(tr("Cancel upload"));
     style::setTextColor(m_cancel, failureColor(this));
     QPalette cancelPalette = m_cancel->palette();
     cancelPalette.setColor(QPalette::ButtonText, failureColor(this));
@@ -103,7 +102,12 @@ TransferCard::TransferCard(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::checkingFractionChanged, this, &TransferCard::showProgress);
     connect(&m_model, &AppModel::isUploadingChanged, this, &TransferCard::followUpload);
     connect(&m_model, &AppModel::uploadEnded, this, &TransferCard::showEnding);
-    showProgress();
+    keepTranslated(this, [this] {
+        m_bar->setAccessibleName(tr("Transfer progress"));
+        m_cancel->setText(tr("Cancel"));
+        m_cancel->setAccessibleName(tr("Cancel upload"));
+        showProgress();
+    });
 }
 
 bool TransferCard::hasContent() const {
@@ -127,7 +131,7 @@ void TransferCard::showEnding(const UploadOutcome& outcome) {
                         !outcome.error->is<CancellationError>() &&
                         !outcome.error->isUploadError(UploadError::Kind::Cancelled);
     if (failed)
-        m_failure = outcome.error->description();
+        m_failure = outcome.error;
     showProgress();
 }
 
@@ -139,7 +143,7 @@ void TransferCard::showProgress() {
 
     m_failureIcon->setVisible(failed);
     m_failureText->setVisible(failed);
-    m_failureText->setText(m_failure.value_or(QString()));
+    m_failureText->setText(m_failure ? m_failure->description() : QString());
     if (!m_fileName.isEmpty()) {
         if (m_model.isUploading())
             m_subject->setFullText(

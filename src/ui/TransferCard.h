@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/Errors.h"
+
 #include <QWidget>
 
 #include <optional>
@@ -41,7 +43,8 @@ private:
     AppModel& m_model;
     QString m_fileName;
     QString m_machineName;
-    std::optional<QString> m_failure;
+    // Kept as the error, so that its text follows the language.
+    std::optional<Error> m_failure;
     SymbolLabel* m_failureIcon;
     QLabel* m_title;
     QLabel* m_percent;

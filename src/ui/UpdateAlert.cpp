@@ -2,6 +2,7 @@
 
 #include "BuildConfig.h"
 #include "ui/AlertText.h"
+#include "ui/Retranslation.h"
 
 #include <QDesktopServices>
 #include <QMessageBox>
@@ -43,22 +44,27 @@ void UpdateAlert::showOutcome() {
     if (!m_checker.outcome())
         return;
 
-    const UpdateAlertContent content =
-        updateAlertContent(m_checker.outcome(), QString::fromUtf8(build::updateHost));
+    const QString host = QString::fromUtf8(build::updateHost);
+    const UpdateAlertContent content = updateAlertContent(m_checker.outcome(), host);
     auto* alert = new QMessageBox(m_window);
     alert->setObjectName(QStringLiteral("updateAlert"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);
-    setAlertText(alert, content.title, content.message, content.icon);
     QPushButton* download = nullptr;
     if (content.downloadUrl) {
-        download = alert->addButton(tr("Download"), QMessageBox::AcceptRole);
+        download = alert->addButton(QString(), QMessageBox::AcceptRole);
         download->setObjectName(QStringLiteral("downloadButton"));
     }
-    QPushButton* dismiss =
-        alert->addButton(content.dismissButton.value_or(tr("OK")), QMessageBox::RejectRole);
+    QPushButton* dismiss = alert->addButton(QString(), QMessageBox::RejectRole);
     alert->setDefaultButton(download ? download : dismiss);
     alert->setEscapeButton(dismiss);
+    keepTranslated(alert, [this, alert, download, dismiss, host] {
+        const UpdateAlertContent now = updateAlertContent(m_checker.outcome(), host);
+        setAlertText(alert, now.title, now.message, now.icon);
+        if (download)
+            download->setText(tr("Download"));
+        dismiss->setText(now.dismissButton.value_or(tr("OK")));
+    });
     connect(alert, &QMessageBox::finished, this, [this, alert, download, content] {
         m_alert = nullptr;
         if (download && alert->clickedButton() == download)

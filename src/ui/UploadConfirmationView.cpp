@@ -7,6 +7,7 @@
 #include "ui/Formatting.h"
 #include "ui/JobFit.h"
 #include "ui/PlannedUploadsView.h"
+#include "ui/Retranslation.h"
 #include "ui/RoundedPanel.h"
 #include "ui/Style.h"
 #include "ui/SymbolLabel.h"
@@ -26,10 +27,12 @@ namespace {
 
 const QString absent = QStringLiteral("\u2014");
 
-ElidedLabel* addDetailRow(QGridLayout* grid, const QString& label, const QString& objectName,
+// The caption's text follows the language; `label` gives it.
+ElidedLabel* addDetailRow(QGridLayout* grid, QString (*label)(), const QString& objectName,
                           const QFont& valueFont, QWidget* parent) {
     const int row = grid->rowCount();
-    auto* caption = new QLabel(label, parent);
+    auto* caption = new QLabel(parent);
+    keepTranslated(caption, [caption, label] { caption->setText(label()); });
     style::makeSecondary(caption);
     caption->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Preferred);
     auto* value = new ElidedLabel(parent);
@@ -48,7 +51,6 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
     : QDialog(parent)
     , m_model(model) {
     setObjectName(QStringLiteral("uploadConfirmation"));
-    setWindowTitle(tr("Confirm upload"));
     setWindowModality(Qt::WindowModal);
 #ifdef Q_OS_MACOS
     setWindowFlag(Qt::Sheet);
@@ -63,7 +65,7 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
     // With more than one file or machine, every pair takes the details' place.
     m_pairs = new PlannedUploadsView(m_model, this);
     layout->addWidget(m_pairs);
-    m_busy = new QLabel(busyNotice(), this);
+    m_busy = new QLabel(this);
     m_busy->setObjectName(QStringLiteral("sheetBusy"));
     m_busy->setWordWrap(true);
     style::setTextColor(m_busy, style::orange());
@@ -81,12 +83,12 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    auto* cancel = new QPushButton(tr("Cancel"), this);
+    auto* cancel = new QPushButton(this);
     cancel->setObjectName(QStringLiteral("cancelButton"));
     cancel->setAutoDefault(false);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     buttons->addWidget(cancel);
-    m_uploadButton = new QPushButton(tr("Upload"), this);
+    m_uploadButton = new QPushButton(this);
     m_uploadButton->setObjectName(QStringLiteral("uploadButton"));
     style::makeProminent(m_uploadButton);
     connect(m_uploadButton, &QPushButton::clicked, this,
@@ -101,7 +103,14 @@ UploadConfirmationView::UploadConfirmationView(AppModel& model, QWidget* parent)
     connect(&m_model, &AppModel::machineLimitsChanged, this, &UploadConfirmationView::refresh);
     if (JobAnalysis* analysis = m_model.jobAnalysis())
         connect(analysis, &Operation::finished, this, &UploadConfirmationView::refresh);
-    refresh();
+    keepTranslated(this, [this, cancel] {
+        setWindowTitle(tr("Confirm upload"));
+        m_busy->setText(busyNotice());
+        cancel->setText(tr("Cancel"));
+        m_uploadButton->setText(tr("Upload"));
+        // Texts of another length may need another size.
+        refresh();
+    });
 }
 
 QWidget* UploadConfirmationView::makeTitleRow() {
@@ -113,15 +122,19 @@ QWidget* UploadConfirmationView::makeTitleRow() {
                       Qt::AlignTop);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(2);
-    auto* title = new QLabel(tr("Confirm upload"), row);
+    auto* title = new QLabel(row);
     title->setObjectName(QStringLiteral("sheetTitle"));
     title->setFont(style::font(style::TextStyle::Title2, row));
-    auto* note = new QLabel(tr("This sends the file only. It will not start a job."), row);
+    auto* note = new QLabel(row);
     note->setWordWrap(true);
     note->setObjectName(QStringLiteral("sheetNote"));
     style::makeSecondary(note);
     texts->addWidget(title);
     texts->addWidget(note);
+    keepTranslated(row, [title, note] {
+        title->setText(tr("Confirm upload"));
+        note->setText(tr("This sends the file only. It will not start a job."));
+    });
     layout->addLayout(texts, 1);
     return row;
 }
@@ -142,14 +155,17 @@ QWidget* UploadConfirmationView::makeDetails() {
     QFont medium = style::font(style::TextStyle::Body, this);
     medium.setWeight(QFont::Medium);
     const QFont mono = style::monospaced(style::TextStyle::Body, this);
-    m_destination =
-        addDetailRow(grid, tr("Destination"), QStringLiteral("destinationValue"), medium, panel);
-    m_address = addDetailRow(grid, tr("Address"), QStringLiteral("addressValue"), mono, panel);
-    m_fileName = addDetailRow(grid, tr("Filename"), QStringLiteral("fileNameValue"), medium, panel);
-    m_size = addDetailRow(grid, tr("Size"), QStringLiteral("sizeValue"),
-                          style::font(style::TextStyle::Body, this), panel);
-    m_remotePath =
-        addDetailRow(grid, tr("Remote path"), QStringLiteral("remotePathValue"), mono, panel);
+    m_destination = addDetailRow(
+        grid, [] { return tr("Destination"); }, QStringLiteral("destinationValue"), medium, panel);
+    m_address = addDetailRow(
+        grid, [] { return tr("Address"); }, QStringLiteral("addressValue"), mono, panel);
+    m_fileName = addDetailRow(
+        grid, [] { return tr("Filename"); }, QStringLiteral("fileNameValue"), medium, panel);
+    m_size = addDetailRow(
+        grid, [] { return tr("Size"); }, QStringLiteral("sizeValue"),
+        style::font(style::TextStyle::Body, this), panel);
+    m_remotePath = addDetailRow(
+        grid, [] { return tr("Remote path"); }, QStringLiteral("remotePathValue"), mono, panel);
     return panel;
 }
 
@@ -165,15 +181,18 @@ QWidget* UploadConfirmationView::makeWarning() {
     line->addWidget(new SymbolLabel(QStringLiteral("exclamationmark.triangle.fill"), 16,
                                     [](const QWidget*) { return style::orange(); }),
                     0, Qt::AlignTop);
-    auto* text =
-        new QLabel(tr("This exact file was uploaded to this machine in the last 24 hours."), panel);
+    auto* text = new QLabel(panel);
     text->setObjectName(QStringLiteral("duplicateText"));
     text->setWordWrap(true);
     style::setTextColor(text, style::orange());
     line->addWidget(text, 1);
     layout->addLayout(line);
-    m_uploadAgain = new ToggleSwitch(tr("Upload it again"), panel);
+    m_uploadAgain = new ToggleSwitch(QString(), panel);
     m_uploadAgain->setObjectName(QStringLiteral("uploadAgainSwitch"));
+    keepTranslated(panel, [this, text] {
+        text->setText(tr("This exact file was uploaded to this machine in the last 24 hours."));
+        m_uploadAgain->setText(tr("Upload it again"));
+    });
     connect(m_uploadAgain, &ToggleSwitch::toggled, this, [this](bool on) {
         m_duplicateConfirmed = on;
         updateUploadButton();

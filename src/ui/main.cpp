@@ -20,6 +20,7 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     setApplicationIdentity();
     i18n::useLanguage();
+    i18n::followSystemLanguage();
     QApplication::setWindowIcon(ui::icons::applicationIcon());
     // Lets Wayland desktops match the window to the installed launcher entry and its icon.
     QGuiApplication::setDesktopFileName(QStringLiteral("tarnwick"));

@@ -419,6 +419,27 @@ private Q_SLOTS:
             QTRY_COMPARE_WITH_TIMEOUT(machine.loggedTypes().last(), u"fileCancel"_s, 3000);
     }
 
+    // A script reads the file prepared, the bytes the machine has taken and the end; no
+    // "uploading" line before the first chunk went out.
+    void jsonProgressStartsWithTheFirstChunk() {
+        SimProcess machine({u"--ftype"_s, u"x"_s});
+        const CliResult result = Cli().run(
+            {u"upload"_s, part, u"--to"_s, at(machine.waitUntilListening()), u"--json"_s});
+        QCOMPARE(result.exitCode, 0);
+        QStringList steps;
+        for (const QJsonObject& line : result.jsonLines()) {
+            const QString phase = line[u"phase"_s].toString();
+            const qint64 sent = line[u"bytesSent"_s].toInteger();
+            if (phase == u"uploading"_s && sent > 0)
+                steps.append(u"uploading some"_s);
+            else if (phase != u"checking"_s)
+                steps.append(u"%1 %2"_s.arg(phase).arg(sent));
+        }
+        steps.removeDuplicates();
+        QCOMPARE(steps, QStringList({u"preparing 0"_s, u"uploading some"_s,
+                                     u"completed %1"_s.arg(bytes.size())}));
+    }
+
     // Two files to three machines, the middle one refusing: the others get both files, the
     // first failure in order decides the exit code, and every line names its pair.
     void servesEveryPairDespiteAFailure() {

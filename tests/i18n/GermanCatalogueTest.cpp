@@ -1,6 +1,7 @@
 #include "app/Errors.h"
 #include "i18n/Translations.h"
 
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace tarnwick;
@@ -28,6 +29,25 @@ private Q_SLOTS:
             QCOMPARE(error.description(), QString::fromUtf8(text));
             QCOMPARE(QLocale().toString(2.5, 'f', 1), QString::fromUtf8(number));
         }
+    }
+
+    // A change of the system's locale while the program runs brings the language it prefers now.
+    void aLocaleChangeSpeaksThePreferredLanguageAgain() {
+        const QByteArray pinned = qgetenv("TARNWICK_LANGUAGE");
+        const auto restore = qScopeGuard([&] {
+            qputenv("TARNWICK_LANGUAGE", pinned);
+            i18n::useLanguage();
+        });
+        i18n::followSystemLanguage();
+        QStringList heard;
+        for (const char* language : {"de_DE", "en_US"}) {
+            qputenv("TARNWICK_LANGUAGE", language);
+            QEvent change(QEvent::LocaleChange);
+            QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
+            heard << Error(UploadError::cancelled()).description();
+        }
+        QCOMPARE(heard, QStringList({QStringLiteral("Das Hochladen wurde abgebrochen."),
+                                     QStringLiteral("The upload was cancelled.")}));
     }
 };
 

@@ -25,6 +25,8 @@ class PseudoTranslationTest : public QObject {
     Q_OBJECT
 
     QStringList m_literals;
+    // Texts that the model holds as they were made, such as its error message.
+    QStringList m_heldByTheModel;
 
     // Not language: markup, paths, dotted names (files, hosts, addresses, versions), the test's
     // machine, the app's name, and sizes, whose units QLocale writes in the locale's language.
@@ -33,6 +35,8 @@ class PseudoTranslationTest : public QObject {
             "<[^>]*>|&\\w+;|https?://\\S+|(^|\\s)/\\S+|\\d[\\d.,\\s]*(bytes|[kMGT]?B)\\b|"
             "[\\w-]+(\\.[\\w-]+)+|Bench Mill|Tarnwick"));
         static const QRegularExpression innermostMark(QStringLiteral("⟦[^⟦⟧]*⟧"));
+        for (const QString& held : std::as_const(m_heldByTheModel))
+            text.remove(held);
         text.remove(notLanguage);
         while (text.contains(innermostMark))
             text.remove(innermostMark);
@@ -59,11 +63,37 @@ class PseudoTranslationTest : public QObject {
     }
 
 private Q_SLOTS:
+    void everyVisibleTextIsTranslated_data() {
+        QTest::addColumn<bool>("whileOpen");
+        QTest::newRow("windows made in the language") << false;
+        // Each check switches to the marks under the open windows and back.
+        QTest::newRow("language changed under open windows") << true;
+    }
+
     // The empty window, the sheet, a running upload, then its failure alert beside About,
     // Settings and the alert of the launch's update check.
     void everyVisibleTextIsTranslated() {
+        QFETCH(bool, whileOpen);
+        m_literals.clear();
+        m_heldByTheModel.clear();
         MarkingTranslator marking;
-        QCoreApplication::installTranslator(&marking);
+        const auto speakMarks = [&marking](bool on) {
+            if (on)
+                QCoreApplication::installTranslator(&marking);
+            else
+                QCoreApplication::removeTranslator(&marking);
+            // One round tells the windows, the next sets the texts that follow the change.
+            QCoreApplication::processEvents();
+            QCoreApplication::processEvents();
+        };
+        const auto check = [&] {
+            if (whileOpen)
+                speakMarks(true);
+            checkVisibleWindows();
+            if (whileOpen)
+                speakMarks(false);
+        };
+        speakMarks(!whileOpen);
         ModelHarness h;
         FeedServer feed;
         feed.respond(200, "{\"version\":\"9.4.1\",\"url\":\"https://example.test/get\"}");
@@ -74,26 +104,28 @@ private Q_SLOTS:
             [&] { return temporaryStore(h.dir, QStringLiteral("shell")); });
         app.start();
         QVERIFY(QTest::qWaitForWindowExposed(&app.mainWindow()));
-        checkVisibleWindows();
+        check();
 
         app.model().selectMachine(
             ModelHarness::machine(QStringLiteral("Bench Mill"), QStringLiteral("127.0.0.1")));
         app.model().chooseFile(h.jobFile(QStringLiteral("part.nc")));
         app.model().prepareUpload();
         QTRY_VERIFY(visibleWindow<QDialog>(QStringLiteral("uploadConfirmation")));
-        checkVisibleWindows();
+        check();
 
         app.model().upload(true);
         Q_EMIT h.uploaders.last()->progress({TransferProgress::Phase::Uploading, 400, 1000, 2e6});
-        checkVisibleWindows();
+        check();
         Q_EMIT h.uploaders.last()->failed(UploadError::timedOut());
         app.showAbout();
         app.showSettings();
         QTRY_VERIFY(visibleWindow<QMessageBox>(QStringLiteral("updateAlert")));
         QVERIFY(visibleWindow<QMessageBox>(QStringLiteral("errorAlert")));
-        checkVisibleWindows();
+        if (whileOpen)
+            m_heldByTheModel.append(app.model().errorMessage().value());
+        check();
 
-        QCoreApplication::removeTranslator(&marking);
+        speakMarks(false);
         m_literals.removeDuplicates();
         for (const QString& literal : std::as_const(m_literals))
             qWarning("not translated: %s", qPrintable(literal));

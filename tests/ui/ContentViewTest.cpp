@@ -715,12 +715,12 @@ private Q_SLOTS:
                                                  ? label->heightForWidth(label->width())
                                                  : label->sizeHint().height()),
                      qPrintable(label->text()));
-        // The window was made before the language changed.
-        const QString english = u"The machine reported that it is busy."_s;
+        // The window was made before the language changed, the sheet after.
+        const QString busy = german ? u"Die Maschine hat gemeldet, dass sie belegt ist."_s
+                                    : u"The machine reported that it is busy."_s;
         expectStatus(Status::Connected);
-        QCOMPARE(shown("destinationBusy") + u'|' + shownText(sheet, u"sheetBusy"_s),
-                 english + u'|' +
-                     (german ? u"Die Maschine hat gemeldet, dass sie belegt ist."_s : english));
+        QTRY_COMPARE(shown("destinationBusy") + u'|' + shownText(sheet, u"sheetBusy"_s),
+                     busy + u'|' + busy);
         Q_EMIT h->discoverer->scans.last()->machineFound(bench);
         QCOMPARE(shown("destinationBusy") + shownText(sheet, u"sheetBusy"_s),
                  u"<0 shown><0 shown>"_s);
