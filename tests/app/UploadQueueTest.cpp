@@ -15,25 +15,11 @@ using State = QueuedUpload::State;
 
 namespace {
 
+// The state in a word, in the order the states are declared.
 QString word(State state) {
-    switch (state) {
-    case State::Waiting:
-        return u"waiting"_s;
-    case State::Checking:
-    case State::Sending:
-        return u"running"_s;
-    case State::Sent:
-        return u"sent"_s;
-    case State::NotRecorded:
-        return u"unrecorded"_s;
-    case State::Failed:
-        return u"failed"_s;
-    case State::Cancelled:
-        return u"cancelled"_s;
-    case State::DuplicateRefused:
-        return u"refused"_s;
-    }
-    return {};
+    static const char* const words[] = {"waiting",    "running", "running",   "sent",
+                                        "unrecorded", "failed",  "cancelled", "refused"};
+    return QString::fromLatin1(words[int(state)]);
 }
 
 // "m0: f0 f1 | m1: f0", one group per machine in the machines' order.

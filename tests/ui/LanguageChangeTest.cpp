@@ -1,12 +1,10 @@
 #include "UiHarness.h"
 #include "app/SettingsStore.h"
 #include "i18n/Translations.h"
-#include "ui/ElidedLabel.h"
 #include "ui/TarnwickApp.h"
 #include "ui/UploadConfirmationView.h"
 #include "update/UpdateChecker.h"
 
-#include <QAction>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenuBar>
@@ -40,13 +38,6 @@ class LanguageChangeTest : public QObject {
         i18n::useLanguage(QLocale(QString::fromLatin1(locale)));
     }
 
-    // The same texts wherever the review is: the menu, the sidebar, the file card.
-    QStringList windowTexts() {
-        return {window().menuBar()->actions().first()->text(),
-                find<QAction>("chooseJobFileAction")->text(), find<QLabel>("sidebarTitle")->text(),
-                find<QPushButton>("reviewButton")->text()};
-    }
-
 private Q_SLOTS:
     void init() {
         h = std::make_unique<ModelHarness>();
@@ -68,8 +59,10 @@ private Q_SLOTS:
         speak("en_US");
     }
 
-    // Two machines and two files chosen, an address half typed and the review open.
-    void theReviewAndTheChoicesStay() {
+    // Whatever the user chose, typed or started stays through a change of language and back, the
+    // review open and the focus where it was. That every text follows is the pseudo-translation
+    // test's; here one text of each kind shows that the change happened.
+    void theChoicesAndARunningUploadStay() {
         app->model().selectMachines({bench, spare});
         app->model().addFiles({h->jobFile(u"rough.nc"_s), h->jobFile(u"finish.nc"_s)});
         app->model().showFile(1);
@@ -80,68 +73,45 @@ private Q_SLOTS:
         QVERIFY(sheet);
         QTRY_VERIFY(sheet->isAncestorOf(QApplication::focusWidget()));
         QWidget* focused = QApplication::focusWidget();
-        const auto sheetTexts = [sheet] {
-            return QStringList{sheet->windowTitle(), child<QLabel>(sheet, u"sheetTitle"_s)->text(),
-                               child<QPushButton>(sheet, u"uploadButton"_s)->text()};
-        };
-        const auto choices = [this] {
-            QStringList shown{
-                find<QLineEdit>("addressField")->text(),
-                QString::number(find<QListView>("chosenFileList")->currentIndex().row())};
-            QStringList machines;
+        auto* files = find<QListView>("chosenFileList");
+        const auto state = [&] {
+            QStringList shown{find<QLineEdit>("addressField")->text(),
+                              QString::number(files->currentIndex().row()),
+                              QString::number(sheet->isVisible()),
+                              QString::number(QApplication::focusWidget() == focused)};
             for (const QModelIndex& row :
                  find<QListView>("machineList")->selectionModel()->selectedRows())
-                machines << row.data().toString();
-            machines.sort();
-            return shown + machines;
+                shown << row.data().toString();
+            return shown;
         };
-        const QStringList chosen{u"10.0.0."_s, u"1"_s, u"Bench Mill"_s, u"Spare Mill"_s};
-        QCOMPARE(choices(), chosen);
-        // A row's own button says what it does in the words of the moment.
-        const auto removeText = [this] {
-            auto* files = find<QListView>("chosenFileList");
-            return qobject_cast<QPushButton*>(files->indexWidget(files->model()->index(0, 0)))
-                ->text();
+        const QStringList chosen = state();
+        QCOMPARE(chosen, QStringList({u"10.0.0."_s, u"1"_s, u"1"_s, u"1"_s, u"Bench Mill"_s,
+                                      u"Spare Mill"_s}));
+        // The menu, the sidebar, the sheet and a row's own button.
+        const auto texts = [&] {
+            return QStringList{
+                window().menuBar()->actions().first()->text(), find<QLabel>("sidebarTitle")->text(),
+                child<QPushButton>(sheet, u"uploadButton"_s)->text(),
+                qobject_cast<QPushButton*>(files->indexWidget(files->model()->index(0, 0)))
+                    ->text()};
         };
-        QCOMPARE(removeText(), u"Remove"_s);
-
         speak("de_DE");
-        QTRY_COMPARE(windowTexts(), QStringList({u"&Datei"_s, u"Auftragsdatei wählen…"_s,
-                                                 u"Maschinen"_s, u"Hochladen prüfen"_s}));
-        QCOMPARE(sheetTexts(), QStringList({u"Hochladen bestätigen"_s, u"Hochladen bestätigen"_s,
-                                            u"Hochladen"_s}));
-        QCOMPARE(visibleWindow<UploadConfirmationView>(u"uploadConfirmation"_s), sheet);
-        QCOMPARE(QApplication::focusWidget(), focused);
-        QCOMPARE(choices(), chosen);
-        QTRY_COMPARE(removeText(), u"Entfernen"_s);
-
+        QTRY_COMPARE(texts(),
+                     QStringList({u"&Datei"_s, u"Maschinen"_s, u"Hochladen"_s, u"Entfernen"_s}));
+        QCOMPARE(state(), chosen);
         speak("en_US");
-        QTRY_COMPARE(windowTexts(), QStringList({u"&File"_s, u"Choose Job File…"_s, u"Machines"_s,
-                                                 u"Review Upload"_s}));
-        QCOMPARE(sheetTexts(),
-                 QStringList({u"Confirm upload"_s, u"Confirm upload"_s, u"Upload"_s}));
-    }
+        QTRY_COMPARE(texts(), QStringList({u"&File"_s, u"Machines"_s, u"Upload"_s, u"Remove"_s}));
+        QCOMPARE(state(), chosen);
 
-    // The transfer card keeps what is sent where and how far it got, in the new words.
-    void aRunningUploadKeepsItsProgress() {
+        sheet->reject();
         app->model().selectMachine(bench);
         Q_EMIT h->connector->checks.last()->finished();
         app->model().chooseFile(h->jobFile(u"part.nc"_s));
         app->model().upload(true);
         Q_EMIT h->uploaders.last()->progress({TransferProgress::Phase::Uploading, 400, 1000, 0});
-        const auto card = [this] {
-            return QStringList{find<QLabel>("transferTitle")->text(),
-                               find<ElidedLabel>("transferSubject")->fullText(),
-                               find<QPushButton>("cancelUploadButton")->text(),
-                               QString::number(find<QProgressBar>("transferBar")->value())};
-        };
-        QCOMPARE(card(), QStringList({u"Uploading"_s, u"Sending “part.nc” to Bench Mill"_s,
-                                      u"Cancel"_s, u"4000"_s}));
-
         speak("de_DE");
-        QTRY_COMPARE(card(),
-                     QStringList({u"Wird hochgeladen"_s, u"„part.nc“ wird an Bench Mill gesendet"_s,
-                                  u"Abbrechen"_s, u"4000"_s}));
+        QTRY_COMPARE(find<QLabel>("transferTitle")->text(), u"Wird hochgeladen"_s);
+        QCOMPARE(find<QProgressBar>("transferBar")->value(), 4000);
         QVERIFY(app->model().isUploading());
     }
 };
