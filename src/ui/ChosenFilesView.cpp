@@ -28,13 +28,15 @@ public:
         : QAbstractListModel(parent)
         , m_model(model) {
         // Files are added and removed by the user a few at a time: the list starts again.
-        const auto reset = [this] {
+        connect(&m_model, &AppModel::selectedFilesChanged, this, [this] {
             beginResetModel();
             endResetModel();
-        };
-        connect(&m_model, &AppModel::selectedFilesChanged, this, reset);
-        // No file leaves an upload that runs.
-        connect(&m_model, &AppModel::isUploadingChanged, this, reset);
+        });
+        // No file leaves an upload that runs: the rows' Remove buttons go and come back.
+        connect(&m_model, &AppModel::isUploadingChanged, this, [this] {
+            if (rowCount() > 0)
+                Q_EMIT dataChanged(index(0), index(rowCount() - 1), {RemoveRole});
+        });
     }
 
     int rowCount(const QModelIndex& parent = {}) const override {

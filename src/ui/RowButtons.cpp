@@ -77,6 +77,10 @@ void RowButtons::showButtons(int first, int last) {
                 button, QStyleOptionViewItem(), index);
         }
         button->setAccessibleName(index.data(m_accessibleNameRole).toString());
+        // A keyboard user whose button goes away stays in the list rather than nowhere, also
+        // when the button's window is behind a sheet and takes the focus back later.
+        if (text.isEmpty() && button->window()->focusWidget() == button)
+            m_list->setFocus();
         button->setVisible(!text.isEmpty());
     }
 }
