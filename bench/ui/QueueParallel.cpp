@@ -108,9 +108,15 @@ int main(int argc, char* argv[]) {
     model.chooseFile(file);
     QApplication::processEvents();
 
-    // One run: upload and wait, the event loop turning, until the model says it has ended.
-    const auto send = [&](const QList<Machine>& to) {
+    // One run: choose the machines and let the window show them, as a user does before asking
+    // for the upload; then upload and wait, the event loop turning, until the model says it has
+    // ended. The probe, when there is one, starts as the upload is asked for.
+    const auto send = [&](const QList<Machine>& to, bool probed) {
         model.selectMachines(to);
+        QApplication::processEvents();
+        std::unique_ptr<bench::LatenessProbe> probe;
+        if (probed)
+            probe = std::make_unique<bench::LatenessProbe>(nullptr);
         QEventLoop loop;
         QObject::connect(&model, &AppModel::isUploadingChanged, &loop, [&] {
             if (!model.isUploading())
@@ -120,18 +126,18 @@ int main(int argc, char* argv[]) {
         clock.start();
         model.upload(true);
         loop.exec();
-        return double(clock.nsecsElapsed()) / 1e6;
+        return std::pair{double(clock.nsecsElapsed()) / 1e6, std::move(probe)};
     };
 
     std::vector<double> one, all;
     QString lateness;
     for (int run = 0; run < runs; ++run) {
-        one.push_back(send({machines.first()}));
-        bench::LatenessProbe probe(nullptr);
-        all.push_back(send(machines));
+        one.push_back(send({machines.first()}, false).first);
+        auto [elapsed, probe] = send(machines, true);
+        all.push_back(elapsed);
         QTextStream report(&lateness);
         report << "run " << run + 1 << ' ';
-        probe.report(report);
+        probe->report(report);
     }
     const auto& pairs = model.uploadQueue().pairs();
     const auto sent = std::count_if(pairs.cbegin(), pairs.cend(),

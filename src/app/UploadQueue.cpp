@@ -71,7 +71,9 @@ void UploadQueue::start(const QList<JobFile>& files, const QList<Machine>& machi
     for (qsizetype row = 0; row < m_pairs.size(); ++row)
         m_waiting.append(row);
     Q_EMIT pairsReset();
-    startNextPairs();
+    // The machines are asked on the next turn of the event loop: the views show the new list of
+    // pairs first, so that no turn both draws the list and opens every connection.
+    QMetaObject::invokeMethod(this, &UploadQueue::startNextPairs, Qt::QueuedConnection);
     noteRunning();
 }
 

@@ -703,6 +703,7 @@ private Q_SLOTS:
         Q_EMIT h->uploaders.made.at(0)->failed(UploadError::cancelled());
         QTRY_COMPARE(h->uploaders.made.size(), 3);
         QCOMPARE(rowButton(queue, 0)->text(), u"Retry"_s);
+        returnToWindow();
         tabTo("queueListButton");
         QCOMPARE(QApplication::focusWidget(), rowButton(queue, 0));
         press(Qt::Key_Space);
