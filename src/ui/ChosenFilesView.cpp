@@ -75,7 +75,7 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     setObjectName(QStringLiteral("chosenFiles"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    m_list = new QListView(this);
+    m_list = new RowButtonListView(this);
     m_list->setObjectName(QStringLiteral("chosenFileList"));
     m_list->setModel(new ChosenFilesModel(m_model, m_list));
     m_list->setUniformItemSizes(true);
@@ -86,8 +86,11 @@ ChosenFilesView::ChosenFilesView(AppModel& model, QWidget* parent)
     m_list->installEventFilter(this);
     layout->addWidget(m_list, 1);
     auto* removeButtons = new RowButtons(m_list, RemoveRole, RemoveNameRole);
-    connect(removeButtons, &RowButtons::clicked, this,
-            [this](int row) { m_model.removeFile(row); });
+    // The list makes its rows anew, buttons included: the focus waits in the list.
+    connect(removeButtons, &RowButtons::clicked, this, [this](int row) {
+        m_list->setFocus();
+        m_model.removeFile(row);
+    });
 
     connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {

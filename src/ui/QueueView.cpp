@@ -31,7 +31,7 @@ QueueView::QueueView(AppModel& model, QWidget* parent)
     layout->setContentsMargins(8, 8, 8, 8);
     layout->setSpacing(10);
 
-    m_list = new QListView(this);
+    m_list = new RowButtonListView(this);
     m_list->setObjectName(QStringLiteral("queueList"));
     m_list->setModel(new QueueListModel(queue, m_list));
     m_list->setItemDelegate(new QueueRowDelegate(m_list));

@@ -3,7 +3,6 @@
 #include "ui/Retranslation.h"
 
 #include <QApplication>
-#include <QListView>
 #include <QPersistentModelIndex>
 #include <QPushButton>
 #include <QStyleOptionButton>
@@ -83,6 +82,10 @@ void RowButtons::showButtons(int first, int last) {
             m_list->setFocus();
         button->setVisible(!text.isEmpty());
     }
+}
+
+bool RowButtonListView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
+    return trigger != CurrentChanged && QListView::edit(index, trigger, event);
 }
 
 RowButtonDelegate::RowButtonDelegate(int textRole, QObject* parent)

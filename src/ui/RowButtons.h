@@ -1,10 +1,7 @@
 #pragma once
 
-#include <QObject>
+#include <QListView>
 #include <QStyledItemDelegate>
-
-class QAbstractItemModel;
-class QListView;
 
 namespace tarnwick::ui {
 
@@ -28,6 +25,18 @@ private:
     QListView* m_list;
     const int m_textRole;
     const int m_accessibleNameRole;
+};
+
+// A list whose rows have buttons: the arrow keys move through the rows and stay in the list,
+// where a plain list would hand the focus to the button of each row it reaches.
+class RowButtonListView : public QListView {
+    Q_OBJECT
+
+public:
+    using QListView::QListView;
+
+protected:
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
 };
 
 // Draws a row as the base delegate does in the room left of its button, and puts the button at

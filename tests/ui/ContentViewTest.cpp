@@ -680,6 +680,10 @@ private Q_SLOTS:
         QCOMPARE(rowButton(chosen, 1)->accessibleName(), u"Remove spare.nc from the upload"_s);
         QTest::mouseClick(rowButton(chosen, 1), Qt::LeftButton);
         QCOMPARE(h->model->selectedFiles(), (QList<JobFile>{rough, finish}));
+        QCOMPARE(QApplication::focusWidget(), chosen);
+        press(Qt::Key_Up);
+        QCOMPARE(QApplication::focusWidget(), chosen);
+        QCOMPARE(h->model->selectedFile(), rough);
         h->model->persistence().recordUpload(
             UploadRecord{bench.id(), finish.id(), finish.size, QDateTime::currentDateTimeUtc()});
         UploadConfirmationView* sheet = present();
