@@ -48,7 +48,8 @@ private Q_SLOTS:
         // Pairs ("file@machine") already in the history a minute ago.
         QTest::addColumn<QStringList>("recorded");
         QTest::addColumn<bool>("duplicateConfirmed");
-        // "wait ROW sending|ended" waits for a pair; "cancel ROW", "cancelAll", "retry ROW" act.
+        // "wait ROW sending" waits until the machine has taken part of the pair's file, "wait ROW
+        // ended" until the pair ended; "cancel ROW", "cancelAll", "retry ROW" act.
         QTest::addColumn<QStringList>("script");
         QTest::addColumn<QStringList>("states");
         // The files each machine began to receive, in order.
@@ -161,7 +162,9 @@ private Q_SLOTS:
             const QStringList words = step.split(u' ');
             const int row = words.value(1).toInt();
             if (words.first() == u"wait"_s && words.at(2) == u"sending"_s)
-                QTRY_COMPARE_WITH_TIMEOUT(queue.pairs().at(row).state, State::Sending, 10000);
+                QTRY_VERIFY_WITH_TIMEOUT(queue.pairs().at(row).state == State::Sending &&
+                                             queue.pairs().at(row).progress->bytesSent > 0,
+                                         10000);
             else if (words.first() == u"wait"_s)
                 QTRY_VERIFY_WITH_TIMEOUT(queue.pairs().at(row).hasEnded(), 10000);
             else if (words.first() == u"cancel"_s)
