@@ -44,30 +44,24 @@ QVariant QueueListModel::data(const QModelIndex& index, int role) const {
     case FailedRole:
         return pair.state == QueuedUpload::State::Failed;
     case ActionRole:
-        return action(pair);
+        return action(pair).text;
     case ActionNameRole:
-        return actionName(pair);
+        return action(pair).accessibleName;
     default:
         return {};
     }
 }
 
-QString QueueListModel::action(const QueuedUpload& pair) const {
-    if (!pair.hasEnded())
-        return tr("Cancel");
-    if (pair.state == QueuedUpload::State::DuplicateRefused)
-        return tr("Send Anyway");
-    return pair.canRetry() ? tr("Retry") : QString();
-}
-
-QString QueueListModel::actionName(const QueuedUpload& pair) const {
+QueueListModel::Action QueueListModel::action(const QueuedUpload& pair) const {
     const QString file = pair.file.fileName();
     const QString machine = displayName(pair.machine.name);
     if (!pair.hasEnded())
-        return tr("Cancel the upload of %1 to %2").arg(file, machine);
+        return {tr("Cancel"), tr("Cancel the upload of %1 to %2").arg(file, machine)};
     if (pair.state == QueuedUpload::State::DuplicateRefused)
-        return tr("Send %1 to %2 anyway").arg(file, machine);
-    return pair.canRetry() ? tr("Retry the upload of %1 to %2").arg(file, machine) : QString();
+        return {tr("Send Anyway"), tr("Send %1 to %2 anyway").arg(file, machine)};
+    if (pair.canRetry())
+        return {tr("Retry"), tr("Retry the upload of %1 to %2").arg(file, machine)};
+    return {};
 }
 
 QString QueueListModel::detail(const QueuedUpload& pair) const {

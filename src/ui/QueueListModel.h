@@ -36,8 +36,12 @@ public:
 
 private:
     QString detail(const QueuedUpload& pair) const;
-    QString action(const QueuedUpload& pair) const;
-    QString actionName(const QueuedUpload& pair) const;
+    // What the row's button does, in a word and in a sentence; empty when it has none.
+    struct Action {
+        QString text;
+        QString accessibleName;
+    };
+    Action action(const QueuedUpload& pair) const;
 
     UploadQueue& m_queue;
 };
